@@ -1,0 +1,42 @@
+#include "core/SettingsStore.h"
+
+#include <QLoggingCategory>
+#include <QSettings>
+
+namespace velunta {
+
+Q_LOGGING_CATEGORY(lcSettings, "velunta.settings")
+
+SettingsStore::SettingsStore()
+    : m_settings(std::make_unique<QSettings>(QStringLiteral("Zolvane"), QStringLiteral("Velunta")))
+{
+}
+
+SettingsStore::~SettingsStore() { sync(); }
+
+QString SettingsStore::GetSetting(const QString& key, const QString& defaultValue) const
+{
+    const QVariant v = m_settings->value(key);
+    if (!v.isValid())
+        return defaultValue;
+    return v.toString();
+}
+
+void SettingsStore::SaveSetting(const QString& key, const QString& value) { m_settings->setValue(key, value); }
+
+bool SettingsStore::sync()
+{
+    m_settings->sync();
+    if (m_settings->status() != QSettings::NoError) {
+        if (!m_reportedFailure)
+            qCWarning(lcSettings, "the settings file %s can't be written; settings are kept for this run only",
+                      qPrintable(m_settings->fileName()));
+        m_reportedFailure = true;
+        return false;
+    }
+    return true;
+}
+
+QString SettingsStore::fileName() const { return m_settings->fileName(); }
+
+} // namespace velunta

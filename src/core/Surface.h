@@ -1,0 +1,106 @@
+#pragma once
+// A picture surface: the drawing layer `Image` that every operation reads and
+// writes, the persistent layer `Picture` that `Cls` restores, the pen fields the
+// drawing operations use, and where the surface is placed.
+//
+// Sizes: `Width` and `Height` are the outer size, which includes a frame of
+// `border` pixels on each side (the image surfaces of a document carry a one-pixel
+// frame, so a new 640 x 480 picture is a surface of 642 x 482). `ScaleWidth` and
+// `ScaleHeight` are the drawable size, which is the size of `Image`.
+
+#include "core/Color.h"
+
+#include <QImage>
+#include <QRect>
+#include <QString>
+
+namespace velunta {
+
+// Thrown when a surface cannot get the memory for its size.
+class AllocationError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class Surface {
+public:
+    explicit Surface(int border = 0);
+
+    int border() const { return m_border; }
+
+    int Width() const { return m_image.width() + 2 * m_border; }
+    int Height() const { return m_image.height() + 2 * m_border; }
+    int ScaleWidth() const { return m_image.width(); }
+    int ScaleHeight() const { return m_image.height(); }
+
+    // Outer size. The pixels that stay inside keep their place at the top left; new
+    // area takes BackColor. Sizes at or below the frame give an empty image.
+    // Throws AllocationError when the memory can't be had.
+    void setSize(int width, int height);
+    void setScaleSize(int width, int height);
+    // Left, Top and the outer size at once, like the Move statement.
+    void Move(double left, double top);
+    void Move(double left, double top, int width, int height);
+
+    // The drawing layer, always Format_RGB32 and ScaleWidth x ScaleHeight.
+    QImage& Image() { return m_image; }
+    const QImage& Image() const { return m_image; }
+
+    // The persistent layer; null when the surface has no picture.
+    const QImage& Picture() const { return m_picture; }
+    // Sets the persistent layer and shows it: the drawing layer is cleared to it.
+    void setPicture(const QImage& picture);
+    // The persistent layer takes a copy of the drawing layer (AutoRedraw's Image to Picture).
+    void keepImageAsPicture() { m_picture = m_image; }
+    void clearPicture() { m_picture = QImage(); }
+
+    // Restores the drawing layer: BackColor everywhere, the picture at 0, 0 over it.
+    void Cls();
+
+    // Replaces the drawing layer with `image` converted to RGB32; the surface takes its size.
+    void setImage(const QImage& image);
+
+    // Placement (image coordinates for a floating selection, say).
+    double Left = 0;
+    double Top = 0;
+
+    // Pen and brush fields.
+    double CurrentX = 0;
+    double CurrentY = 0;
+    int DrawWidth = 1;
+    Color ForeColor = 0;
+    Color FillColor = 0;
+    int FillStyle = 1; // 0 solid, 1 transparent, 2..7 hatches
+    Color BackColor = 0xFFFFFF;
+
+    QString FontName = QStringLiteral("Arial");
+    double FontSize = 12;
+    bool FontBold = false;
+    bool FontItalic = false;
+    bool FontUnderline = false;
+    bool FontTransparent = true;
+
+    QString Tag;
+
+    // The rectangle of Image touched since the last takeTouched(); the view asks for
+    // it so that a refresh repaints only what changed.
+    void touch(const QRect& r) { m_touched |= r.intersected(m_image.rect()); }
+    void touchAll() { m_touched = m_image.rect(); }
+    QRect takeTouched()
+    {
+        const QRect r = m_touched;
+        m_touched = QRect();
+        return r;
+    }
+    const QRect& touched() const { return m_touched; }
+
+private:
+    static QImage allocate(int w, int h);
+
+    int m_border = 0;
+    QImage m_image;
+    QImage m_picture;
+    QRect m_touched;
+};
+
+} // namespace velunta

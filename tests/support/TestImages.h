@@ -1,0 +1,31 @@
+#pragma once
+// Helpers shared by the tests: small synthetic pictures and pixel comparisons.
+
+#include "core/Color.h"
+#include "core/Surface.h"
+
+#include <QHash>
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace velunta::test {
+
+// A w x h surface (no frame) filled with one colour.
+Surface MakeSurface(int w, int h, Color fill = 0xFFFFFF, int border = 0);
+// A picture whose pixel x, y is f(x, y).
+QImage MakeImage(int w, int h, const std::function<Color(int, int)>& f);
+// Rows of characters, one per pixel, mapped through `palette` ('.' -> white, '#' -> black by default).
+QImage ImageFromRows(const QStringList& rows, const QHash<QChar, Color>& palette = {});
+// The surface's pixels as rows of characters: `on` where the pixel equals `c`, '.' elsewhere.
+QStringList RowsOf(const Surface& s, Color c, QChar on = u'#');
+// Number of pixels that differ between two pictures of the same size (-1 when the sizes differ).
+int DifferingPixels(const QImage& a, const QImage& b);
+// Peak signal-to-noise ratio in dB between two pictures of the same size.
+double Psnr(const QImage& a, const QImage& b);
+// True when the program can be found on PATH.
+bool HaveTool(const QString& program);
+
+} // namespace velunta::test
