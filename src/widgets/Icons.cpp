@@ -21,7 +21,10 @@ QString NumberedName(const QString& group, int index)
     return group + u'-' + QString::number(index).rightJustified(2, u'0');
 }
 
-QString PathOf(const QString& name) { return QStringLiteral(":/icons/") + name + QStringLiteral(".svg"); }
+QString PathOf(const QString& name)
+{
+    return QStringLiteral(":/icons/") + name + QStringLiteral(".svg");
+}
 
 // One parsed renderer per picture, kept for the life of the program (GUI thread only).
 QSvgRenderer* Renderer(const QString& name)
@@ -47,8 +50,8 @@ QImage Disabled(QImage img)
     for (int y = 0; y < img.height(); ++y) {
         auto* line = reinterpret_cast<QRgb*>(img.scanLine(y));
         for (int x = 0; x < img.width(); ++x) {
-            const int grey = 128 + qGray(line[x]) / 2;
-            line[x] = qRgba(grey, grey, grey, qAlpha(line[x]) * 2 / 5);
+            const int grey = 100 + qGray(line[x]) / 2;
+            line[x] = qRgba(grey, grey, grey, qAlpha(line[x]) / 2);
         }
     }
     return img;
@@ -150,9 +153,18 @@ QIcon NamedIcon(const QString& name)
     return QIcon(new SvgIconEngine(name));
 }
 
-QIcon ToolIcon(int tool) { return NamedIcon(NumberedName(QStringLiteral("tool"), tool)); }
-QIcon CommandIcon(int index) { return NamedIcon(NumberedName(QStringLiteral("cmd"), index)); }
-QIcon StyleIcon(const QString& group, int index) { return NamedIcon(NumberedName(group, index)); }
+QIcon ToolIcon(int tool)
+{
+    return NamedIcon(NumberedName(QStringLiteral("tool"), tool));
+}
+QIcon CommandIcon(int index)
+{
+    return NamedIcon(NumberedName(QStringLiteral("cmd"), index));
+}
+QIcon StyleIcon(const QString& group, int index)
+{
+    return NamedIcon(NumberedName(group, index));
+}
 
 QPixmap IconPixmap(const QString& name, int logicalSize, qreal devicePixelRatio)
 {

@@ -11,6 +11,7 @@
 #include <QtTest>
 
 using namespace velunta;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,20 +28,27 @@ bool HasInk(const QPixmap& pm)
 void DrawSheet(const QString& file, const QString& only)
 {
     const QColor panel(185, 214, 249), white(Qt::white), black(Qt::black);
-    QStringList names = QDir(QStringLiteral(":/icons"), QStringLiteral("*.svg")).entryList();
+    QStringList names = QDir(u":/icons"_s, u"*.svg"_s).entryList();
     names = names.filter(QRegularExpression(u'^' + QRegularExpression::escape(only)));
-    QImage sheet(1180, 3000, QImage::Format_RGB32);
+    const QStringList order =
+        u"tool cmd pencil rect circle edge3d bright dissolve enhance arrow cursor"_s.split(u' ');
+    const auto rank = [&](const QString& n) { return order.indexOf(n.section(u'-', 0, 0)) & 0xFF; };
+    std::stable_sort(names.begin(), names.end(), [&](auto& a, auto& b) { return rank(a) < rank(b); });
+    QImage sheet(1320, 3000, QImage::Format_RGB32);
     sheet.fill(QColor(236, 238, 242));
     QPainter p(&sheet);
-    p.setFont(QFont(QStringLiteral("Sans"), 7));
+    p.setFont(QFont(u"Sans"_s, 7));
     int x = 6, y = 6, rowHeight = 0;
     QString lastGroup;
     for (const QString& file : names) {
-        const QString name = file.chopped(4), group = name.section(u'-', 0, -2);
-        const QSize size = QSvgRenderer(QStringLiteral(":/icons/") + file).defaultSize();
-        const bool cursor = name.startsWith(QStringLiteral("cursor"));
-        const QList<QColor> backs = cursor ? QList{white, black, white, black} : QList{panel, white, panel, white};
-        const int w = 4 * 4 + 6 * size.width(), h = 14 + 2 * size.height() + 4;
+        const QString name = file.chopped(4),
+                      group = rank(name) < 0xFF ? name.section(u'-', 0, 0) : QString();
+        const QSize size = QSvgRenderer(u":/icons/"_s + file).defaultSize();
+        const bool cursor = name.startsWith(u"cursor"_s);
+        // 1x and 2x on panel blue and white (pointers: on white and black), then 1x disabled.
+        const QList<QColor> backs =
+            cursor ? QList{white, black, white, black} : QList{panel, white, panel, white, panel};
+        const int w = 8 * int(backs.size()) + (cursor ? 6 : 7) * size.width(), h = 14 + 2 * size.height() + 4;
         if (x + w > sheet.width() || (group != lastGroup && x > 6)) {
             x = 6, y += rowHeight + 6, rowHeight = 0;
         }
@@ -48,11 +56,13 @@ void DrawSheet(const QString& file, const QString& only)
         p.setPen(Qt::black);
         p.drawText(x, y + 10, name);
         int cx = x;
-        for (int i = 0; i < 4; ++i) {
-            const int scale = i < 2 ? 1 : 2;
+        for (int i = 0; i < backs.size(); ++i) {
+            const int scale = i == 2 || i == 3 ? 2 : 1;
             const QRect box(cx, y + 14, size.width() * scale + 4, size.height() * scale + 4);
             p.fillRect(box, backs[i]);
-            p.drawPixmap(box.topLeft() + QPoint(2, 2), IconPixmap(name, size * scale, 1.0));
+            p.drawPixmap(box.topLeft() + QPoint(2, 2),
+                         i < 4 ? IconPixmap(name, size * scale, 1.0)
+                               : NamedIcon(name).pixmap(size, 1.0, QIcon::Disabled));
             if (cursor && scale == 2) {
                 const QPoint hot = box.topLeft() + QPoint(2, 2) + 2 * CursorHotspot(name.right(2).toInt());
                 p.fillRect(QRect(hot, QSize(2, 2)), Qt::red);
@@ -73,24 +83,18 @@ class TstIcons : public QObject {
 private Q_SLOTS:
     void everyIconLoads()
     {
-        QStringList names{QStringLiteral("app"),       QStringLiteral("logo"), QStringLiteral("dropdown"),
-                          QStringLiteral("font"),      QStringLiteral("font-style"),
-                          QStringLiteral("swap-colors"), QStringLiteral("restore-colors"),
-                          QStringLiteral("eyedropper-small")};
+        QStringList names = QStringLiteral("app logo dropdown font font-style swap-colors restore-colors "
+                                           "eyedropper-small")
+                                .split(u' ');
         const QList<QPair<QString, int>> groups{
-            {QStringLiteral("tool"), 20},          {QStringLiteral("cmd"), 23},
-            {QStringLiteral("pencil-style"), 11},  {QStringLiteral("rect-style"), 6},
-            {QStringLiteral("circle-style"), 3},   {QStringLiteral("edge3d-style"), 4},
-            {QStringLiteral("bright-style"), 4},   {QStringLiteral("dissolve"), 4},
-            {QStringLiteral("arrow-style"), 2},    {QStringLiteral("enhance"), 3}};
-        for (const auto& [group, count] : groups) {
-            for (int i = 0; i < count; ++i) {
-                QVERIFY2(!StyleIcon(group, i).isNull(), qPrintable(group + QString::number(i)));
+            {u"tool"_s, 20},        {u"cmd"_s, 23},         {u"pencil-style"_s, 11}, {u"rect-style"_s, 6},
+            {u"circle-style"_s, 3}, {u"edge3d-style"_s, 4}, {u"bright-style"_s, 4},  {u"dissolve"_s, 4},
+            {u"arrow-style"_s, 2},  {u"enhance"_s, 3}};
+        for (const auto& [group, count] : groups)
+            for (int i = 0; i < count; ++i)
                 names << group + u'-' + QString::number(i).rightJustified(2, u'0');
-            }
-        }
-        QVERIFY(!ToolIcon(19).isNull() && !CommandIcon(22).isNull());
-        QVERIFY(ToolIcon(20).isNull() && NamedIcon(QStringLiteral("no-such-icon")).isNull());
+        QVERIFY(!ToolIcon(19).isNull() && !CommandIcon(22).isNull() && !StyleIcon(u"enhance"_s, 2).isNull());
+        QVERIFY(ToolIcon(20).isNull() && NamedIcon(u"no-such-icon"_s).isNull());
         for (const QString& name : names) {
             QVERIFY2(!NamedIcon(name).isNull(), qPrintable(name));
             QVERIFY2(HasInk(NamedIcon(name).pixmap(24)), qPrintable(name));
@@ -99,10 +103,10 @@ private Q_SLOTS:
 
     void rendersAtDevicePixels()
     {
-        const QPixmap pm = IconPixmap(QStringLiteral("tool-03"), 24, 2.0);
+        const QPixmap pm = IconPixmap(u"tool-03"_s, 24, 2.0);
         QCOMPARE(pm.size(), QSize(48, 48));
         QCOMPARE(pm.devicePixelRatio(), 2.0);
-        QCOMPARE(IconPixmap(QStringLiteral("logo"), QSize(128, 40), 1.0).size(), QSize(128, 40));
+        QCOMPARE(IconPixmap(u"logo"_s, QSize(128, 40), 1.0).size(), QSize(128, 40));
         QCOMPARE(ToolIcon(1).pixmap(QSize(16, 16), 2.0).size(), QSize(32, 32));
     }
 
@@ -110,7 +114,8 @@ private Q_SLOTS:
     {
         for (int i = 0; i < 22; ++i) {
             const QPoint hot = CursorHotspot(i);
-            QVERIFY2(hot.x() >= 0 && hot.x() <= 31 && hot.y() >= 0 && hot.y() <= 31, qPrintable(QString::number(i)));
+            QVERIFY2(hot.x() >= 0 && hot.x() <= 31 && hot.y() >= 0 && hot.y() <= 31,
+                     qPrintable(QString::number(i)));
             const QCursor c = ToolCursor(i);
             QCOMPARE(c.shape(), Qt::BitmapCursor);
             QCOMPARE(c.hotSpot(), hot);
