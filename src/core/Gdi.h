@@ -13,8 +13,16 @@
 //   nothing), 2 horizontal, 3 vertical, 4 upward diagonal "/", 5 downward diagonal
 //   "\", 6 cross, 7 diagonal cross. Hatch brushes paint only their lines and leave
 //   the pixels between them as they were; the 8 x 8 pattern is aligned to the
-//   surface's origin (pixel x, y uses pattern cell x & 7, y & 7).
+//   surface's origin (pixel x, y uses pattern cell x & 7, y & 7). Within the cell:
+//   horizontal is row 3, vertical column 4, "/" the cells with (x + y) & 7 = 7, "\"
+//   those with x & 7 = y & 7; the crosses are the unions. FillStyle values outside
+//   0..7 paint nothing.
+// - The round pen of width w > 1 is centred on the pixel's centre when w is odd and
+//   on its top-left corner when w is even, so a dot is exactly w pixels across: width
+//   2 at x, y covers x - 1..x, y - 1..y; width 3 covers x - 1..x + 1.
 // - Every write reports the rectangle it touched through Surface::touch.
+// - The functions returning bool give false when their rectangle is empty or the
+//   point lies outside, true otherwise, even when clipping leaves nothing to draw.
 
 #include "core/Color.h"
 
@@ -78,16 +86,18 @@ bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type);
 // The Line statement: a line from (x1, y1) to (x2, y2) in `color`, DrawWidth wide;
 // the pen (CurrentX, CurrentY) moves to (x2, y2). Coordinates round half to even.
 // Width 1: the platform's cosmetic line, all pixels from the first point up to but
-// not including the last. Width w > 1: a round pen, every pixel whose centre lies
-// within w / 2 of the segment, both ends included (round caps). A line of zero
-// length draws nothing.
+// not including the last; along the longer axis one pixel per step, the other axis
+// rounded to the nearest pixel with halves going to the first point's side.
+// Width w > 1: a round pen, every pixel whose centre lies within w / 2 of the
+// segment, both ends included (round caps). A line of zero length draws nothing.
 void Line(Surface& s, double x1, double y1, double x2, double y2, Color color);
 // The same from the pen position.
 void LineTo(Surface& s, double x2, double y2, Color color);
 
 // The Line statement's box forms. Box: an outline in `color` (DrawWidth wide) through
-// both corners, the interior painted with the surface's brush; BF: the whole box,
-// corners included, filled with `color`. The pen moves to (x2, y2).
+// both corners, the interior painted with the surface's brush; a wide outline is the
+// round pen run along the four sides, centred on them. BF: the whole box, corners
+// included, filled with `color`. The pen moves to (x2, y2).
 void LineBox(Surface& s, double x1, double y1, double x2, double y2, Color color);
 void LineBoxFilled(Surface& s, double x1, double y1, double x2, double y2, Color color);
 
@@ -95,9 +105,12 @@ void LineBoxFilled(Surface& s, double x1, double y1, double x2, double y2, Color
 // the point. The pen moves to the point.
 void PSet(Surface& s, double x, double y, Color color);
 
-// Rounded rectangle over left..right-1, top..bottom-1 with corner ellipses w x h
-// (clamped to the box; large enough they make an ellipse). Outline with the pen
-// (ForeColor, DrawWidth), interior with the brush.
+// Rounded rectangle over left..right-1, top..bottom-1 (the corners may come in
+// either order) with corner ellipses w x h (clamped to the box; large enough they
+// make an ellipse; 0 gives square corners). A pixel is in the shape when its centre
+// is, and the shape always reaches all four sides of the box. Outline with the pen
+// (ForeColor): the shape's pixels within DrawWidth of its outside, so it never leaves
+// the box; interior with the brush.
 bool RoundRect(Surface& s, int left, int top, int right, int bottom, int w, int h);
 
 // Edge kinds and side flags of DrawEdge.
@@ -135,10 +148,11 @@ bool DrawEdge(Surface& s, int left, int top, int right, int bottom, unsigned edg
 bool InvertRect(Surface& s, int left, int top, int right, int bottom);
 
 // Text with the surface's font (FontName, FontSize in points at 96 dpi, bold,
-// italic, underline) in ForeColor, its top left at (x, y). With `opaque` the text's
-// cell is first filled with BackColor. Lines are split at "\r\n" and "\n", each line
-// one font height below the last; with `centred` every line is centred on the widest.
-// The pen moves below the last line.
+// italic, underline) in ForeColor, its top left at (x, y). With `opaque` each line's
+// cell (its advance width by the font height) is first filled with BackColor. Lines
+// are split at "\r\n" and "\n", each line one font height below the last; with
+// `centred` every line is centred on the widest.
+// The pen moves below the last line (CurrentX stays x).
 void DrawText(Surface& s, double x, double y, const QString& text, bool opaque, bool centred = false);
 // The width and height in pixels that DrawText would cover.
 QSize TextExtent(const Surface& s, const QString& text);

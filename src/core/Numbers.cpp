@@ -145,8 +145,15 @@ QString NumberText(double v)
 {
     if (v == std::floor(v) && std::fabs(v) < 1e15)
         return QString::number(qint64(v));
-    // Keep at most 15 significant digits, then strip trailing zeros.
-    QString s = QString::number(QString::number(v, 'g', 15).toDouble(), 'f', 13);
+    QString s = QString::number(v, 'g', 15);
+    if (!s.contains(u'e'))
+        return s;
+    if (std::fabs(v) >= 1e15 || std::fabs(v) < 1e-15)
+        return s.toUpper();
+    // Small ordinary values are written out in full, still to 15 significant digits:
+    // 0.00000333333333333333 rather than 3.33333333333333E-06.
+    const int decimals = 14 - int(std::floor(std::log10(std::fabs(v))));
+    s = QString::number(v, 'f', decimals);
     while (s.endsWith(u'0'))
         s.chop(1);
     if (s.endsWith(u'.'))
