@@ -1,0 +1,101 @@
+#pragma once
+// Hosts for the benchmarks: a document window host that does nothing, and a tool
+// bench with a real window so a stroke's refresh paints what a user would see.
+
+#include "document/DocumentHost.h"
+#include "document/PaintArea.h"
+#include "document/frmPaint.h"
+#include "tools/DrawState.h"
+#include "tools/SimplePaints.h"
+#include "tools/ToolHost.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QImage>
+#include <QPainter>
+
+#include <benchmark/benchmark.h>
+
+namespace velunta::bench {
+
+class NullDocumentHost : public DocumentHost {
+public:
+    void PaintAreaMouseDown(frmPaint&, int, int, float, float) override {}
+    void PaintAreaMouseMove(frmPaint&, int, int, float, float) override {}
+    void PaintAreaMouseUp(frmPaint&, int, int, float, float) override {}
+    void FormKeyDown(frmPaint&, int, int) override {}
+    void FormKeyUp(frmPaint&, int, int) override {}
+    bool FormQueryUnload(frmPaint&) override { return true; }
+    void FormTerminated(frmPaint&) override {}
+    void SetImageSizeText(const QString&) override {}
+    void ZoomChanged(frmPaint&) override {}
+    QCursor PointerCursor(int) override { return QCursor(); }
+};
+
+class NullToolHost : public ToolHost {
+public:
+    void PrepUndo() override {}
+    void ValidateMenus() override {}
+    void SetUndoEnabled(bool) override {}
+    bool UndoEnabled() const override { return false; }
+    void Undo_Click() override {}
+    void SelectTool(int) override {}
+    void Cmd_Click(int) override {}
+    void ShowImageContextMenu(Document&) override {}
+    void SetCoordsText(const QString&) override {}
+    void SetAreaText(const QString&) override {}
+    void SetZoomText(const QString&) override {}
+    void ClearZoomOptions() override {}
+    void ShowCursorPanel(bool) override {}
+    void SetBlendText(const QString&) override {}
+    bool ToggleSnapGrid() override { return false; }
+    void ShowPickedColor(Color) override {}
+    void ColorsChanged() override {}
+};
+
+// A document window of a fixed viewport over a w x h picture, scrolled to its middle.
+struct WindowBench {
+    WindowBench(int w, int h, double zoom = 100)
+    {
+        form.resize(380, 280);
+        form.doc.CreatePicture(w + 2, h + 2, 0xFFFFFF);
+        form.doc.ZoomFactor = zoom;
+        form.SizePaintArea();
+        form.Form_Resize();
+        form.RealignZoom(0.5, 0.5);
+        screen = QImage(form.back()->size(), QImage::Format_ARGB32_Premultiplied);
+    }
+    // Paints the visible view, as the window system would after a refresh.
+    void paintView()
+    {
+        QPainter p(&screen);
+        form.back()->render(&p, QPoint(), QRegion(form.back()->rect()), QWidget::DrawChildren);
+    }
+    // The picture position at the middle of the visible view.
+    QPoint visibleMiddle() const
+    {
+        const double z = form.doc.ZoomFactor / 100.0;
+        return QPoint(int((form.back()->width() / 2 - form.paintArea()->x()) / z),
+                      int((form.back()->height() / 2 - form.paintArea()->y()) / z));
+    }
+    NullDocumentHost host;
+    frmPaint form{host};
+    QImage screen;
+    DrawState state;
+    NullToolHost tools;
+    ToolContext ctx{state, tools};
+};
+
+} // namespace velunta::bench
+
+// The benchmarks' main: an offscreen application around Google Benchmark's run.
+#define VELUNTA_BENCHMARK_MAIN()                                                                                   \
+    int main(int argc, char** argv)                                                                                \
+    {                                                                                                              \
+        qputenv("QT_QPA_PLATFORM", "offscreen");                                                                   \
+        QApplication app(argc, argv);                                                                              \
+        benchmark::Initialize(&argc, argv);                                                                        \
+        benchmark::RunSpecifiedBenchmarks();                                                                       \
+        benchmark::Shutdown();                                                                                     \
+        return 0;                                                                                                  \
+    }

@@ -1,0 +1,48 @@
+#include "document/Document.h"
+
+#include "core/Numbers.h"
+#include "document/DocumentView.h"
+
+namespace velunta {
+
+Document::Document()
+{
+    Buffer.BackColor = 0xFFFFFF;
+    BufferSelected.BackColor = 0xFFFFFF;
+    SelectedBack.BackColor = 0xFFFFFF;
+}
+
+QString Document::CaptionName() const
+{
+    const int cut = int(Caption.indexOf(QStringLiteral(" -")));
+    return cut < 0 ? Caption : Caption.left(cut);
+}
+
+void Document::SetCaption(const QString& name)
+{
+    Caption = name + QStringLiteral(" - ") + NumberText(ZoomFactor) + QStringLiteral("%");
+    if (viewWindow)
+        viewWindow->captionChanged();
+}
+
+void Document::CreatePicture(int outerWidth, int outerHeight, Color background)
+{
+    Buffer.BackColor = background;
+    Buffer.clearPicture();
+    Buffer.setSize(outerWidth, outerHeight);
+    Buffer.Cls();
+}
+
+void Document::invalidateImageRect(const QRect& r)
+{
+    if (viewWindow && !r.isEmpty())
+        viewWindow->invalidateImageRect(r);
+}
+
+void Document::invalidateView()
+{
+    if (viewWindow)
+        viewWindow->invalidateView();
+}
+
+} // namespace velunta

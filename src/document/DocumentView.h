@@ -1,0 +1,26 @@
+#pragma once
+// What the document model asks of the window that shows it. A document without a
+// window (in a test, say) has none, and these requests are then dropped.
+
+#include <QRect>
+
+namespace velunta {
+
+class DocumentView {
+public:
+    virtual ~DocumentView() = default;
+    // Repaint the part of the view that shows this rectangle of the picture.
+    virtual void invalidateImageRect(const QRect& imageRect) = 0;
+    // Repaint the whole view, overlays included.
+    virtual void invalidateView() = 0;
+    // The pointer picture over the view: -1 the arrow, 0..21 the tools' pointers.
+    virtual void setPointerShape(int shape) = 0;
+    virtual int pointerShape() const = 0;
+    // Zoom and layout (zoom percent already stored in the document).
+    virtual void PreDefZoom(double zoom) = 0;
+    virtual void RealignZoom(double ratioY, double ratioX) = 0;
+    // The window's caption changed.
+    virtual void captionChanged() = 0;
+};
+
+} // namespace velunta

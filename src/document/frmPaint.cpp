@@ -1,0 +1,217 @@
+#include "document/frmPaint.h"
+
+#include "core/Numbers.h"
+#include "document/DocumentHost.h"
+#include "document/PaintArea.h"
+
+#include <QCloseEvent>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+namespace velunta {
+
+frmPaint::frmPaint(DocumentHost& host, QWidget* parent) : QWidget(parent), m_host(host)
+{
+    setObjectName(QStringLiteral("frmPaint"));
+    m_back = new QWidget(this);
+    m_back->setObjectName(QStringLiteral("Back"));
+    m_back->setAutoFillBackground(true);
+    QPalette pal = m_back->palette();
+    pal.setColor(QPalette::Window, QColor(171, 171, 171));
+    m_back->setPalette(pal);
+    m_paintArea = new PaintArea(*this, m_back);
+    m_hScroll = new QScrollBar(Qt::Horizontal, this);
+    m_hScroll->setObjectName(QStringLiteral("HScroll1"));
+    m_vScroll = new QScrollBar(Qt::Vertical, this);
+    m_vScroll->setObjectName(QStringLiteral("VScroll1"));
+    m_hScroll->setFocusPolicy(Qt::NoFocus);
+    m_vScroll->setFocusPolicy(Qt::NoFocus);
+    connect(m_hScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
+    connect(m_vScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
+    doc.viewWindow = this;
+    setFocusProxy(m_paintArea);
+}
+
+frmPaint::~frmPaint() { doc.viewWindow = nullptr; }
+
+void frmPaint::SizePaintArea()
+{
+    const double z = doc.ZoomFactor / 100.0;
+    const int w = I4(doc.Buffer.ScaleWidth() * z) + 2;
+    const int h = I4(doc.Buffer.ScaleHeight() * z) + 2;
+    m_paintArea->resize(std::min(w, QWIDGETSIZE_MAX), std::min(h, QWIDGETSIZE_MAX));
+    syncViewGeometry();
+}
+
+void frmPaint::syncViewGeometry()
+{
+    ViewGeometry& v = doc.view;
+    v.paintLeft = m_paintArea->x();
+    v.paintTop = m_paintArea->y();
+    v.paintWidth = m_paintArea->width();
+    v.paintHeight = m_paintArea->height();
+    v.backWidth = m_back->width();
+    v.backHeight = m_back->height();
+    v.hValue = m_hScroll->value();
+    v.vValue = m_vScroll->value();
+    v.hMax = m_hScroll->maximum();
+    v.vMax = m_vScroll->maximum();
+}
+
+void frmPaint::Form_Resize()
+{
+    if (m_inResize)
+        return;
+    m_inResize = true;
+    m_host.SetImageSizeText(QString::number(doc.Buffer.ScaleWidth()) + QStringLiteral(" x ")
+                            + QString::number(doc.Buffer.ScaleHeight()));
+    const QSignalBlocker blockH(m_hScroll);
+    const QSignalBlocker blockV(m_vScroll);
+    const int bw = m_vScroll->sizeHint().width();
+    const int bh = m_hScroll->sizeHint().height();
+    m_hScroll->setGeometry(0, height() - bh, std::max(0, width() - bw), bh);
+    m_vScroll->setGeometry(width() - bw, 0, bw, std::max(0, height() - bh));
+    m_back->setGeometry(0, 0, std::max(0, width() - bw), std::max(0, height() - bh));
+
+    const int backW = m_back->width(), backH = m_back->height();
+    const int paintW = m_paintArea->width(), paintH = m_paintArea->height();
+    int left, top;
+    // A view narrower than the viewport stands in its middle and its bar has nothing to do.
+    if (paintW < backW) {
+        left = (backW - paintW) / 2;
+        m_hScroll->setRange(0, 0);
+        m_hScroll->setPageStep(backW);
+    } else {
+        m_hScroll->setRange(1, std::max(1, paintW - backW));
+        m_hScroll->setPageStep(std::max(1, backW));
+        m_hScroll->setSingleStep(std::max(1, backW / 10));
+        left = -m_hScroll->value();
+    }
+    if (paintH < backH) {
+        top = (backH - paintH) / 2;
+        m_vScroll->setRange(0, 0);
+        m_vScroll->setPageStep(backH);
+    } else {
+        m_vScroll->setRange(1, std::max(1, paintH - backH));
+        m_vScroll->setPageStep(std::max(1, backH));
+        m_vScroll->setSingleStep(std::max(1, backH / 10));
+        top = -m_vScroll->value();
+    }
+    m_paintArea->move(left, top);
+    syncViewGeometry();
+    m_inResize = false;
+}
+
+void frmPaint::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmPaint::scrolled()
+{
+    m_paintArea->setFocus();
+    RealignZoom(-1, -1);
+}
+
+void frmPaint::PreDefZoom(double zoom)
+{
+    doc.ZoomFactor = zoom;
+    SizePaintArea();
+    doc.SetCaption(doc.CaptionName());
+    // Ratios of 1 or more leave the bars where they are: a menu zoom keeps the bar values.
+    RealignZoom(doc.PointerImageA + 1, doc.PointerImageB + 1);
+    m_host.ZoomChanged(*this);
+}
+
+void frmPaint::RealignZoom(double ratioY, double ratioX)
+{
+    setUpdatesEnabled(false);
+    Form_Resize();
+    {
+        const QSignalBlocker blockH(m_hScroll);
+        const QSignalBlocker blockV(m_vScroll);
+        // A value beyond a bar's range is refused and the bar keeps its value.
+        if (ratioY >= 0) {
+            const double v = m_vScroll->maximum() * ratioY;
+            if (v >= m_vScroll->minimum() && v <= m_vScroll->maximum())
+                m_vScroll->setValue(I4(v));
+        }
+        if (ratioX >= 0) {
+            const double v = m_hScroll->maximum() * ratioX;
+            if (v >= m_hScroll->minimum() && v <= m_hScroll->maximum())
+                m_hScroll->setValue(I4(v));
+        }
+    }
+    Form_Resize();
+    const double z = doc.ZoomFactor / 100.0;
+    const Surface& sel = doc.BufferSelected;
+    if (doc.CropArea.Visible)
+        doc.CropArea.Move(sel.Left * z, sel.Top * z, sel.Width() * z, sel.Height() * z);
+    if (doc.SelectArea.Visible) {
+        doc.SelectArea.Move(sel.Left * z, sel.Top * z, sel.Width() * z, sel.Height() * z);
+        doc.SelectionViewX = I2(doc.SelectArea.Left / 100 * 100);
+        doc.SelectionViewY = I2(doc.SelectArea.Top / 100 * 100);
+    }
+    setUpdatesEnabled(true);
+    m_paintArea->update();
+}
+
+void frmPaint::invalidateImageRect(const QRect& imageRect)
+{
+    m_paintArea->update(m_paintArea->viewRectForImage(imageRect));
+}
+
+void frmPaint::invalidateView() { m_paintArea->update(); }
+
+void frmPaint::setPointerShape(int shape)
+{
+    m_pointerShape = shape;
+    m_paintArea->setCursor(m_host.PointerCursor(shape));
+}
+
+void frmPaint::captionChanged() { setWindowTitle(doc.Caption); }
+
+void frmPaint::Form_Activate(bool guidelines, int guideColor, int guideStyle)
+{
+    m_paintArea->setFocus();
+    doc.Line1.Y2 = m_paintArea->height();
+    doc.Line2.X2 = m_paintArea->width();
+    for (LineOverlay* line : {&doc.Line1, &doc.Line2}) {
+        line->BorderColor = guideColor;
+        line->BorderStyle = guideStyle;
+        line->Visible = guidelines;
+    }
+    m_paintArea->update();
+}
+
+void frmPaint::closeWithoutQuestion()
+{
+    // The document's sub-window asks this widget whether it may close.
+    m_closeWithoutQuestion = true;
+    (parentWidget() ? parentWidget() : static_cast<QWidget*>(this))->close();
+    m_closeWithoutQuestion = false;
+}
+
+void frmPaint::closeEvent(QCloseEvent* event)
+{
+    if (!m_closeWithoutQuestion && !m_host.FormQueryUnload(*this)) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    m_host.FormTerminated(*this);
+}
+
+void frmPaint::wheelEvent(QWheelEvent* event)
+{
+    QScrollBar* bar = (event->modifiers() & Qt::ShiftModifier) ? m_hScroll : m_vScroll;
+    const int steps = event->angleDelta().y() / 120;
+    bar->setValue(bar->value() - steps * bar->singleStep() * 3);
+    event->accept();
+}
+
+} // namespace velunta

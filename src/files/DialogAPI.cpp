@@ -1,0 +1,56 @@
+#include "files/DialogAPI.h"
+
+#include "core/Prompt.h"
+
+#include <QFileInfo>
+
+namespace velunta {
+
+namespace {
+
+// The labels with their patterns in Qt's form: "*.bmp;*.jpg" is written "(*.bmp *.jpg)".
+const char* const kStandardFilter = "Picture Files (*.bmp *.jpg *.gif);;"
+                                    "BMP Files (*.bmp);;"
+                                    "JPG Files (*.jpg *.jpeg);;"
+                                    "GIF Files (*.gif);;"
+                                    "All Files (*)";
+
+} // namespace
+
+QString SaveFilter(const QString& selector)
+{
+    if (selector.isEmpty())
+        return QString::fromLatin1(kStandardFilter);
+    if (selector == QLatin1String("GIF"))
+        return QStringLiteral("GIF Files (*.gif);;All Files (*)");
+    if (selector == QLatin1String("JPG"))
+        return QStringLiteral("JPG Files (*.jpg *.jpeg);;All Files (*)");
+    if (selector == QLatin1String("BMP"))
+        return QStringLiteral("BMP Files (*.bmp);;All Files (*)");
+    return selector;
+}
+
+QString OpenFilter(const QString& filter) { return filter.isEmpty() ? QString::fromLatin1(kStandardFilter) : filter; }
+
+QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString& selector,
+                       const QString& defaultName, int& filterIndex)
+{
+    if (filterIndex < 1)
+        filterIndex = 1;
+    int chosen = filterIndex;
+    const QString path = dialogs.getSaveFileName(title, SaveFilter(selector),
+                                                 defaultName.isEmpty() ? QStringLiteral("Untitled") : defaultName,
+                                                 chosen);
+    if (!path.isEmpty())
+        filterIndex = chosen;
+    return path;
+}
+
+QString ShowOpenDialog(FileDialogs& dialogs, const QString& title, const QString& filter, const QString& defaultName)
+{
+    return dialogs.getOpenFileName(title, OpenFilter(filter), defaultName);
+}
+
+bool FileExists(const QString& path) { return !path.isEmpty() && QFileInfo::exists(path); }
+
+} // namespace velunta

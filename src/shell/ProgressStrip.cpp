@@ -1,0 +1,84 @@
+#include "shell/ProgressStrip.h"
+
+#include "document/UndoRing.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
+
+#include <algorithm>
+
+namespace velunta {
+
+ProgressStrip::ProgressStrip(QMainWindow& window, UndoState& undo, QWidget* parent)
+    : QFrame(parent), m_window(window), m_undo(undo)
+{
+    setObjectName(QStringLiteral("ProcessBg"));
+    setFocusPolicy(Qt::StrongFocus);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6, 3, 6, 3);
+    auto* label = new QLabel(tr("Working... (Esc stops)"), this);
+    layout->addWidget(label);
+    m_process = new QFrame(this);
+    m_process->setObjectName(QStringLiteral("Process"));
+    m_process->setFixedHeight(14);
+    m_process->setMinimumWidth(200);
+    m_process->setStyleSheet(QStringLiteral("#Process { background: white; border: 1px solid rgb(116,156,218); }"));
+    layout->addWidget(m_process, 1);
+    m_bar = new QFrame(m_process);
+    m_bar->setObjectName(QStringLiteral("ProcessBar"));
+    m_bar->setStyleSheet(QStringLiteral("#ProcessBar { background: rgb(70,130,220); }"));
+    m_bar->setGeometry(1, 1, 1, 12);
+    hide();
+}
+
+void ProgressStrip::begin()
+{
+    m_running = true;
+    m_fraction = 0;
+    m_bar->setGeometry(1, 1, 1, m_process->height() - 2);
+    show();
+    // The window takes no input meanwhile; the strip keeps the focus so Esc reaches it.
+    for (QWidget* w : m_window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (w != this && w != parentWidget())
+            w->setEnabled(false);
+    if (QWidget* central = m_window.centralWidget())
+        for (QWidget* w : central->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            if (w != this)
+                w->setEnabled(false);
+    if (m_window.menuBar())
+        m_window.menuBar()->setEnabled(false);
+    setFocus();
+    QCoreApplication::processEvents();
+}
+
+bool ProgressStrip::step(double fraction)
+{
+    m_fraction = std::clamp(fraction, 0.0, 1.0);
+    const int width = std::max(1, int((m_process->width() - 2) * m_fraction));
+    m_bar->setGeometry(1, 1, width, m_process->height() - 2);
+    QCoreApplication::processEvents();
+    return m_undo.CancelRequested;
+}
+
+void ProgressStrip::end()
+{
+    hide();
+    if (m_window.menuBar())
+        m_window.menuBar()->setEnabled(true);
+    for (QWidget* w : m_window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        w->setEnabled(true);
+    if (QWidget* central = m_window.centralWidget())
+        for (QWidget* w : central->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+            w->setEnabled(true);
+    m_running = false;
+}
+
+ProgressFn ProgressStrip::callback()
+{
+    return [this](double fraction) { return step(fraction); };
+}
+
+} // namespace velunta

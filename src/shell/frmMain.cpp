@@ -1,0 +1,282 @@
+#include "shell/frmMain.h"
+
+#include "core/AppFolder.h"
+#include "core/Faults.h"
+#include "core/Prompt.h"
+#include "document/frmPaint.h"
+#include "shell/ProgressStrip.h"
+#include "shell/Services.h"
+#include "shell/frmSplashh.h"
+#include "tools/PointerPipeline.h"
+#include "tools/frmControls.h"
+#include "widgets/Icons.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QScreen>
+#include <QTimer>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace velunta {
+
+// Panel and toolbar colours of the program.
+static const QColor kPanelColorDark(185, 214, 249);
+static const QColor kPanelColorLight(220, 245, 255);
+static const QColor kToolbarColorA(216, 231, 252);
+static const QColor kToolbarColorB(195, 218, 249);
+
+frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_services(services)
+{
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("Velunta"));
+    setWindowIcon(NamedIcon(QStringLiteral("app")));
+    setAcceptDrops(true);
+    menuBar()->setStyleSheet(QStringLiteral("QMenuBar { background: rgb(216,235,255); }"));
+
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("Central"));
+    auto* outer = new QVBoxLayout(central);
+    outer->setContentsMargins(0, 0, 0, 0);
+    outer->setSpacing(0);
+
+    auto* topBar = new QWidget(central);
+    topBar->setObjectName(QStringLiteral("TopBar"));
+    topBar->setAutoFillBackground(true);
+    topBar->setStyleSheet(QStringLiteral("#TopBar { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, "
+                                         "stop:0 rgb(216,231,252), stop:1 rgb(195,218,249)); "
+                                         "border-bottom: 1px solid rgb(116,156,218); }"));
+    auto* topLayout = new QVBoxLayout(topBar);
+    topLayout->setContentsMargins(0, 0, 0, 0);
+    topLayout->setSpacing(0);
+    m_picbuttons = new QWidget(topBar);
+    m_picbuttons->setObjectName(QStringLiteral("Picbuttons"));
+    topLayout->addWidget(m_picbuttons);
+
+    auto* optionRow = new QWidget(topBar);
+    auto* optionLayout = new QHBoxLayout(optionRow);
+    optionLayout->setContentsMargins(0, 0, 4, 0);
+    optionLayout->setSpacing(0);
+    m_controls = new frmControls(m_state, optionRow);
+    optionLayout->addWidget(m_controls);
+    optionLayout->addStretch(1);
+    auto* coords = new QWidget(optionRow);
+    coords->setObjectName(QStringLiteral("CoordsInfo"));
+    optionLayout->addWidget(coords);
+    topLayout->addWidget(optionRow);
+    outer->addWidget(topBar);
+
+    auto* middle = new QHBoxLayout;
+    middle->setSpacing(0);
+    m_leftBar = new QWidget(central);
+    m_leftBar->setObjectName(QStringLiteral("LeftBar"));
+    m_leftBar->setAutoFillBackground(true);
+    m_leftBar->setStyleSheet(QStringLiteral("#LeftBar { background: rgb(185,214,249); border-right: 1px solid "
+                                            "rgb(201,123,76); }"));
+    middle->addWidget(m_leftBar);
+    m_mdi = new QMdiArea(central);
+    m_mdi->setObjectName(QStringLiteral("MDIArea"));
+    m_mdi->setBackground(QColor(150, 170, 200));
+    m_mdi->setActivationOrder(QMdiArea::ActivationHistoryOrder);
+    middle->addWidget(m_mdi, 1);
+    m_rightBar = new QWidget(central);
+    m_rightBar->setObjectName(QStringLiteral("RightBar"));
+    m_rightBar->setAutoFillBackground(true);
+    m_rightBar->setStyleSheet(QStringLiteral("#RightBar { background: rgb(195,218,249); border-left: 1px solid "
+                                             "rgb(201,123,76); }"));
+    middle->addWidget(m_rightBar);
+    outer->addLayout(middle, 1);
+
+    m_progress = new ProgressStrip(*this, m_undo, central);
+    outer->addWidget(m_progress);
+    setCentralWidget(central);
+
+    buildMenus();
+    buildCommandBar();
+    buildToolStrip();
+    buildColorStrip();
+
+    auto* coordsLayout = new QHBoxLayout(coords);
+    coordsLayout->setContentsMargins(6, 2, 6, 2);
+    coordsLayout->setSpacing(14);
+    auto makeReadout = [&](const QString& name, const QString& tip, const QString& text) {
+        auto* label = new QLabel(text, coords);
+        label->setObjectName(name);
+        label->setToolTip(tip);
+        label->setMinimumWidth(78);
+        label->setFixedHeight(22);
+        label->setStyleSheet(QStringLiteral("QLabel { background: rgb(220,245,255); border: 1px solid "
+                                            "rgb(116,156,218); padding: 1px 4px; }"));
+        coordsLayout->addWidget(label);
+        return label;
+    };
+    m_lblCoords = makeReadout(QStringLiteral("lblCoords"), tr("Pointer position"), QStringLiteral("0, 0"));
+    m_lblArea = makeReadout(QStringLiteral("lblArea"), tr("Size of the selection or shape"), QStringLiteral("0 x 0"));
+    m_lblImgSize = makeReadout(QStringLiteral("lblImgSize"), tr("Picture size"), QString());
+
+    wireFileMenu();
+    wireEditMenu();
+    wireViewMenu();
+    wireWindowMenu();
+    wireHelpMenu();
+
+    connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmMain::documentActivated);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
+    resize(1100, 760);
+}
+
+frmMain::~frmMain()
+{
+    qApp->removeEventFilter(this);
+}
+
+void frmMain::Load(const QString& commandLine, const std::function<void(const QString&)>& status)
+{
+    auto say = [&](const QString& text) {
+        if (status)
+            status(text);
+    };
+    // Esc cancels long work while the progress strip shows.
+    qApp->installEventFilter(this);
+
+    // The shell initialiser.
+    say(tr("Please wait while initializing Velunta..."));
+    if (m_services.splashWaits)
+        WaitWithEvents(0.5);
+    guarded("LoadDrawSettings", [&] { m_controls->LoadDrawSettings(); });
+    guarded("SelectTool", [&] { SelectTool(m_state.CurrentTool); });
+    QCoreApplication::processEvents();
+
+    ValidateMenus();
+
+    // A path on the command line opens at once; five characters or fewer are no path.
+    if (!commandLine.isEmpty() && commandLine.size() > 5) {
+        QString path = commandLine;
+        if (path.startsWith(u'"') && path.endsWith(u'"') && path.size() >= 2)
+            path = path.mid(1, path.size() - 2);
+        FileToOpen = path;
+        guarded("Open_Click", [&] { Open_Click(); });
+    }
+    m_controls->SetBlendText(QStringLiteral("50"));
+    m_state.SelectionBlend = 128;
+
+    if (action(QStringLiteral("mnuKidsMode"))->isChecked())
+        KidsMode();
+    if (StartBlankPage) {
+        guarded("StartWithBlankPage", [&] { StartWithBlankPage(); });
+        action(QStringLiteral("mnustartblankpage"))->setChecked(true);
+    }
+}
+
+frmPaint* frmMain::activeDocument() const
+{
+    QMdiSubWindow* sw = m_mdi->activeSubWindow();
+    if (!sw || !sw->isVisible() || sw->property("closing").toBool())
+        return nullptr;
+    return qobject_cast<frmPaint*>(sw->widget());
+}
+
+QList<frmPaint*> frmMain::documents() const
+{
+    QList<frmPaint*> list;
+    for (QMdiSubWindow* sw : m_mdi->subWindowList(QMdiArea::CreationOrder))
+        if (!sw->property("closing").toBool())
+            if (auto* f = qobject_cast<frmPaint*>(sw->widget()))
+                list << f;
+    return list;
+}
+
+frmPaint* frmMain::createDocument()
+{
+    auto* form = new frmPaint(*this);
+    QMdiSubWindow* sw = m_mdi->addSubWindow(form);
+    sw->setAttribute(Qt::WA_DeleteOnClose);
+    sw->setWindowIcon(NamedIcon(QStringLiteral("app")));
+    return form;
+}
+
+void frmMain::closeEvent(QCloseEvent* event)
+{
+    if (m_exiting) {
+        event->accept();
+        return;
+    }
+    bool cancel = false;
+    // Only the active document is asked about, and only when it has changed.
+    if (frmPaint* doc = activeDocument()) {
+        if (doc->doc.Dirty
+            && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
+                                        tr("Close Velunta")) == vbNo)
+            cancel = true;
+    }
+    if (cancel) {
+        event->ignore();
+        return;
+    }
+    for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
+        QFile::remove(m_services.AppFolder + QLatin1String(name));
+    m_exiting = true;
+    event->accept();
+    QCoreApplication::exit(0);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void frmMain::dropEvent(QDropEvent* event)
+{
+    const QList<QUrl> urls = event->mimeData()->urls();
+    if (urls.isEmpty() || !urls.first().isLocalFile())
+        return;
+    event->acceptProposedAction();
+    FileToOpen = urls.first().toLocalFile();
+    guarded("Open_Click", [this] { Open_Click(); });
+}
+
+bool frmMain::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && m_progress->isVisible()) {
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+            m_undo.CancelRequested = true;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain::TestDoEvents()
+{
+    QElapsedTimer timer;
+    timer.start();
+    int n = 0;
+    while (timer.elapsed() < 700 && n < 999000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 10);
+        ++n;
+    }
+}
+
+QCursor frmMain::PointerCursor(int shape)
+{
+    if (shape < 0)
+        return QCursor(Qt::ArrowCursor);
+    return ToolCursor(shape);
+}
+
+} // namespace velunta

@@ -1,0 +1,194 @@
+#pragma once
+// The main window: the menus, the command toolbar, the tool strip, the tool option
+// strip, the colour strip, the status read-outs and the progress strip around the
+// documents' area. It owns the draw state and the undo counters, and it is the host
+// that documents and tools report to.
+
+#include "document/DocumentHost.h"
+#include "document/UndoRing.h"
+#include "tools/DrawState.h"
+#include "tools/SimplePaints.h"
+#include "tools/ToolHost.h"
+
+#include <QHash>
+#include <QMainWindow>
+#include <QPointer>
+
+#include <array>
+#include <functional>
+
+class QLabel;
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QToolButton;
+class QFrame;
+class QCheckBox;
+class QGridLayout;
+
+namespace velunta {
+
+class frmControls;
+class frmPaint;
+class ProgressStrip;
+struct Services;
+
+// The size of the blank page at start: the room beside the bars, or 640 x 480 and its
+// frame (642 x 482) when the window is small.
+QSize BlankPageSize(int mainWidth, int mainHeight, int leftBarWidth, int rightBarWidth, int topBarHeight);
+
+class frmMain : public QMainWindow, public ToolHost, public DocumentHost {
+    Q_OBJECT
+public:
+    explicit frmMain(Services& services, QWidget* parent = nullptr);
+    ~frmMain() override;
+
+    // The load sequence; `status` writes the splash's status line.
+    void Load(const QString& commandLine, const std::function<void(const QString&)>& status = {});
+
+    // Documents.
+    frmPaint* activeDocument() const;
+    QList<frmPaint*> documents() const;
+    frmPaint* createDocument();
+    // Sizes the view and its window to the picture, shows it and makes it active.
+    void showDocument(frmPaint* form, bool maximized);
+    QMdiArea* mdiArea() const { return m_mdi; }
+
+    // Commands.
+    void NewImage_Click();
+    void Open_Click();
+    void Close_Click();
+    void Exit_Click();
+    void StartWithBlankPage();
+    void CmdCommands_Click(int index);
+    void Cmd_DblClick(int index);
+    void KidsMode();
+    void mnuHideToolbar_Click();
+    void TestDoEvents();
+
+    // Fields of the window.
+    bool StartBlankPage = false;
+    bool MaximizeOnOpen = false;
+    bool FitBigImages = false;
+    QString FileToOpen;
+    int LastNewWidth = 0;
+    int LastNewHeight = 0;
+    bool UseGuideLines = true;
+    int GuideLinesColor = 0x808080;
+    int GuideLineStyle = 2;
+    int GridColor = 0xF0F0F0;
+
+    DrawState& state() { return m_state; }
+    UndoState& undo() { return m_undo; }
+    Services& services() { return m_services; }
+    ToolContext& toolContext() { return m_ctx; }
+    frmControls* controls() const { return m_controls; }
+    ProgressStrip* progress() const { return m_progress; }
+
+    // Named parts, as the program refers to them.
+    QAction* action(const QString& name) const;
+    QMenu* menu(const QString& name) const;
+    QToolButton* CmdCommands(int index) const { return m_commands.at(index); }
+    QToolButton* Cmd(int index) const { return m_tools.at(index); }
+    QLabel* lblCoords() const { return m_lblCoords; }
+    QLabel* lblArea() const { return m_lblArea; }
+    QLabel* lblImgSize() const { return m_lblImgSize; }
+    QWidget* Picbuttons() const { return m_picbuttons; }
+    QCheckBox* chkSnapGrid() const { return m_chkSnapGrid; }
+    bool isBuilt(const QString& actionName) const;
+
+    // ToolHost
+    void PrepUndo() override;
+    void ValidateMenus() override;
+    void SetUndoEnabled(bool enabled) override;
+    bool UndoEnabled() const override;
+    void Undo_Click() override;
+    void SelectTool(int tool) override;
+    void Cmd_Click(int index) override;
+    void ShowImageContextMenu(Document& doc) override;
+    void SetCoordsText(const QString& text) override;
+    void SetAreaText(const QString& text) override;
+    void SetZoomText(const QString& text) override;
+    void ClearZoomOptions() override;
+    void ShowCursorPanel(bool visible) override;
+    void SetBlendText(const QString& text) override;
+    bool ToggleSnapGrid() override;
+    void ShowPickedColor(Color c) override;
+    void ColorsChanged() override;
+
+    // DocumentHost
+    void PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y) override;
+    void PaintAreaMouseMove(frmPaint& form, int button, int shift, float x, float y) override;
+    void PaintAreaMouseUp(frmPaint& form, int button, int shift, float x, float y) override;
+    void FormKeyDown(frmPaint& form, int keyCode, int shift) override;
+    void FormKeyUp(frmPaint& form, int keyCode, int shift) override;
+    bool FormQueryUnload(frmPaint& form) override;
+    void FormTerminated(frmPaint& form) override;
+    void SetImageSizeText(const QString& text) override;
+    void ZoomChanged(frmPaint& form) override;
+    QCursor PointerCursor(int shape) override;
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    // Building the window.
+    void buildMenus();
+    void buildCommandBar();
+    void buildToolStrip();
+    void buildColorStrip();
+    void buildStatus();
+    void wireFileMenu();
+    void wireEditMenu();
+    void wireViewMenu();
+    void wireWindowMenu();
+    void wireHelpMenu();
+    void placeToolButtons();
+    void refreshWindowList();
+    void documentActivated(QMdiSubWindow* window);
+
+    // Menu plumbing: a command is enabled only when it is built and its rule allows it.
+    QAction* addAction(QMenu* menu, const QString& name, const QString& caption, bool checkable = false);
+    void addSeparator(QMenu* menu, const QString& name);
+    QMenu* addSubmenu(QMenu* menu, const QString& name, const QString& caption);
+    void wire(const QString& name, const std::function<void()>& handler);
+    void wireCommand(int index, const std::function<void()>& handler);
+    void enable(const QString& name, bool on);
+    void enableCommand(int index, bool on);
+    void showEntry(const QString& name, bool visible);
+    // Runs a command inside the guard: a fault ends it and the program runs on.
+    void guarded(const char* step, const std::function<void()>& fn);
+
+    Services& m_services;
+    DrawState m_state;
+    UndoState m_undo;
+    ToolContext m_ctx{m_state, *this};
+
+    QMdiArea* m_mdi = nullptr;
+    QWidget* m_picbuttons = nullptr;
+    QWidget* m_leftBar = nullptr;
+    QGridLayout* m_toolGrid = nullptr;
+    QWidget* m_rightBar = nullptr;
+    QFrame* m_selColor[2] = {nullptr, nullptr};
+    frmControls* m_controls = nullptr;
+    ProgressStrip* m_progress = nullptr;
+    QLabel* m_lblCoords = nullptr;
+    QLabel* m_lblArea = nullptr;
+    QLabel* m_lblImgSize = nullptr;
+    QCheckBox* m_chkSnapGrid = nullptr;
+    QCheckBox* m_chkDetailEdit = nullptr;
+    std::array<QToolButton*, 23> m_commands{};
+    std::array<bool, 23> m_commandBuilt{};
+    std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
+    std::array<QToolButton*, 20> m_tools{};
+    QHash<QString, QAction*> m_actions;
+    QHash<QString, QMenu*> m_menus;
+    QStringList m_contextOnly;
+    bool m_undoEnabled = false;
+    bool m_exiting = false;
+};
+
+} // namespace velunta

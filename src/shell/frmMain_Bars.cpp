@@ -1,0 +1,246 @@
+// The command toolbar, the tool strip and the colour strip of the main window.
+
+#include "shell/frmMain.h"
+
+#include "core/Faults.h"
+#include "document/frmPaint.h"
+#include "tools/frmControls.h"
+#include "widgets/Icons.h"
+
+#include <QCheckBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace velunta {
+
+namespace {
+
+// The toolbar's tooltips by index; the cut button has none of its own.
+const char* const kCommandTips[23] = {"New image",
+                                      "Open",
+                                      "Save",
+                                      "copy",
+                                      "",
+                                      "Print",
+                                      "paste",
+                                      "undo/redo",
+                                      "picture frames",
+                                      "Effects Browser",
+                                      "Gray scale image",
+                                      "Size image",
+                                      "flip horizontal",
+                                      "flip vertical",
+                                      "brighten image 10%",
+                                      "darken image 10%",
+                                      "Invert image",
+                                      "undo to last saved",
+                                      "Fill image or selection with textures",
+                                      "Blend",
+                                      "Borders",
+                                      "Draw Advanced Bezier Curves",
+                                      "Draw Advanced Polygons"};
+
+// The order of the toolbar: command indexes, with -1 - n for separator Image1(n).
+const int kCommandOrder[] = {0,  1,  2,  -1, 5,  -2, 3,  4,  6,  -3, 7,  17, -5, -4, 8,  -6, 9,  18, 19, -7,
+                             10, 14, 15, 16, -8, 11, 12, 13, -9, 20, -10, 21, 22, -11, -12};
+
+// Names of the tools as the tool strip shows them.
+const char* const kToolTips[20] = {"Cursor/pointer (C)", "Pencil/Eraser (P)", "Zoom (Z)",        "Fill (F)",
+                                   "Gradients (G)",      "Select Area (M)",   "Airbrush (A)",    "Crop (O)",
+                                   "Color picker (Y)",   "Rectangles (B)",    "Circles/Bezier (E)", "Brighten (+)",
+                                   "Text (T)",           "Blur/Soften (S)",   "Lines/Polygons (L)", "Darken (-)",
+                                   "3D rectangles (3)",  "Color replacer",    "Dissolve Colors (D)", "Enhance Colors"};
+
+// Where each tool stands in the two columns of the strip (row, column).
+const int kToolPlace[20][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1}, {1, 0}, {1, 1}, {5, 1},
+                               {6, 0}, {7, 1}, {4, 0}, {7, 0}, {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
+
+class ToolButton : public QToolButton {
+public:
+    ToolButton(frmMain& main, int index, QWidget* parent) : QToolButton(parent), m_main(main), m_index(index) {}
+
+protected:
+    void mousePressEvent(QMouseEvent* e) override
+    {
+        if (e->button() == Qt::RightButton) {
+            // The right button on the curve and line tools leads to their advanced editors.
+            if (m_index == 10 && m_main.isBuilt(QStringLiteral("mnuBezier")))
+                m_main.action(QStringLiteral("mnuBezier"))->trigger();
+            if (m_index == 14 && m_main.isBuilt(QStringLiteral("mnuPolygons")))
+                m_main.action(QStringLiteral("mnuPolygons"))->trigger();
+            return;
+        }
+        QToolButton::mousePressEvent(e);
+    }
+    void mouseDoubleClickEvent(QMouseEvent* e) override
+    {
+        if (e->button() == Qt::LeftButton)
+            Guarded("Cmd_DblClick", [&] { m_main.Cmd_DblClick(m_index); });
+    }
+
+private:
+    frmMain& m_main;
+    int m_index;
+};
+
+} // namespace
+
+void frmMain::buildCommandBar()
+{
+    auto* layout = new QHBoxLayout(m_picbuttons);
+    layout->setContentsMargins(4, 2, 4, 2);
+    layout->setSpacing(1);
+    for (int i = 0; i < 12; ++i) {
+        auto* sep = new QFrame(m_picbuttons);
+        sep->setObjectName(QStringLiteral("Image1(%1)").arg(i));
+        sep->setFrameShape(QFrame::VLine);
+        sep->setStyleSheet(QStringLiteral("color: rgb(116,156,218);"));
+        sep->setFixedWidth(9);
+        m_separators[i] = sep;
+    }
+    for (int i = 0; i < 23; ++i) {
+        auto* b = new QToolButton(m_picbuttons);
+        b->setObjectName(QStringLiteral("CmdCommands(%1)").arg(i));
+        b->setAutoRaise(true);
+        b->setIcon(CommandIcon(i));
+        b->setIconSize(QSize(24, 24));
+        b->setFixedSize(32, 32);
+        b->setToolTip(QString::fromLatin1(kCommandTips[i]).isEmpty() ? tr("cut")
+                                                                     : QString::fromLatin1(kCommandTips[i]));
+        b->setEnabled(false);
+        m_commands[i] = b;
+    }
+    for (int entry : kCommandOrder)
+        layout->addWidget(entry >= 0 ? static_cast<QWidget*>(m_commands[entry]) : m_separators[-1 - entry]);
+    layout->addStretch(1);
+    m_chkDetailEdit = new QCheckBox(tr("Detail"), m_picbuttons);
+    m_chkDetailEdit->setObjectName(QStringLiteral("chkDetailEdit"));
+    m_chkDetailEdit->setToolTip(tr("Pick a small area to edit pixel by pixel"));
+    m_chkDetailEdit->setEnabled(false); // the Detailed Editing window comes later
+    layout->addWidget(m_chkDetailEdit);
+    m_chkSnapGrid = new QCheckBox(tr("Snap"), m_picbuttons);
+    m_chkSnapGrid->setObjectName(QStringLiteral("chkSnapGrid"));
+    m_chkSnapGrid->setToolTip(tr("Snap to grid while drawing (Space)"));
+    connect(m_chkSnapGrid, &QCheckBox::clicked, this, [this](bool on) {
+        m_state.SnapToGrid = on;
+        action(QStringLiteral("menuExGridSnap"))->setChecked(on);
+    });
+    layout->addWidget(m_chkSnapGrid);
+    auto* logo = new QLabel(m_picbuttons);
+    logo->setObjectName(QStringLiteral("ImgVelunta"));
+    logo->setPixmap(IconPixmap(QStringLiteral("logo"), 96, devicePixelRatioF()));
+    layout->addSpacing(10);
+    layout->addWidget(logo);
+}
+
+void frmMain::wireCommand(int index, const std::function<void()>& handler)
+{
+    m_commandBuilt[index] = true;
+    m_commands[index]->setProperty("command", QVariant::fromValue(true));
+    connect(m_commands[index], &QToolButton::clicked, this, [this, handler, index] {
+        guarded("CmdCommands_Click", [&] {
+            // A pending text entry closes before a command runs.
+            if (frmPaint* doc = activeDocument())
+                doc->setFocus();
+            handler();
+        });
+    });
+}
+
+void frmMain::CmdCommands_Click(int index)
+{
+    if (index < 0 || index > 22 || !m_commandBuilt[index])
+        return;
+    m_commands[index]->click();
+}
+
+void frmMain::enableCommand(int index, bool on) { m_commands[index]->setEnabled(on && m_commandBuilt[index]); }
+
+void frmMain::buildToolStrip()
+{
+    auto* outer = new QVBoxLayout(m_leftBar);
+    outer->setContentsMargins(4, 6, 4, 6);
+    m_toolGrid = new QGridLayout;
+    m_toolGrid->setSpacing(2);
+    outer->addLayout(m_toolGrid);
+    outer->addStretch(1);
+    for (int i = 0; i < 20; ++i) {
+        auto* b = new ToolButton(*this, i, m_leftBar);
+        b->setObjectName(QStringLiteral("Cmd(%1)").arg(i));
+        b->setIcon(ToolIcon(i));
+        b->setIconSize(QSize(24, 24));
+        b->setFixedSize(36, 36);
+        b->setCheckable(true);
+        b->setAutoRaise(true);
+        b->setToolTip(QString::fromLatin1(kToolTips[i]));
+        b->setStyleSheet(QStringLiteral(
+            "QToolButton { border: 1px solid transparent; border-radius: 3px; }"
+            "QToolButton:hover { border-color: rgb(116,156,218); background: rgb(220,245,255); }"
+            "QToolButton:checked { background: rgb(220,245,255); border-top: 1px solid rgb(110,110,110); "
+            "border-left: 1px solid rgb(110,110,110); border-right: 1px solid white; "
+            "border-bottom: 1px solid white; }"));
+        // The button shows pressed only through SelectTool.
+        connect(b, &QToolButton::clicked, this, [this, b, i] {
+            b->setChecked(m_state.CurrentTool == i);
+            guarded("Cmd_Click", [&] { Cmd_Click(i); });
+        });
+        m_tools[i] = b;
+    }
+    placeToolButtons();
+}
+
+void frmMain::placeToolButtons()
+{
+    const bool kids = action(QStringLiteral("mnuKidsMode")) && action(QStringLiteral("mnuKidsMode"))->isChecked();
+    for (int i = 0; i < 20; ++i)
+        m_toolGrid->removeWidget(m_tools[i]);
+    for (int i = 0; i < 20; ++i) {
+        int row = kToolPlace[i][0], col = kToolPlace[i][1];
+        // In Easy Mode the colour replacer goes, and the colour picker takes its place.
+        if (kids && i == 8) {
+            row = kToolPlace[17][0];
+            col = kToolPlace[17][1];
+        }
+        if (kids && i == 17)
+            continue;
+        m_toolGrid->addWidget(m_tools[i], row, col);
+    }
+    m_tools[17]->setVisible(!kids);
+}
+
+void frmMain::buildColorStrip()
+{
+    auto* layout = new QVBoxLayout(m_rightBar);
+    layout->setContentsMargins(6, 8, 6, 8);
+    auto* swatches = new QWidget(m_rightBar);
+    swatches->setFixedSize(64, 56);
+    for (int i = 0; i < 2; ++i) {
+        m_selColor[i] = new QFrame(swatches);
+        m_selColor[i]->setObjectName(QStringLiteral("SelColor(%1)").arg(i));
+        m_selColor[i]->setFrameShape(QFrame::Box);
+        m_selColor[i]->setGeometry(i == 0 ? 4 : 22, i == 0 ? 4 : 20, 34, 30);
+        m_selColor[i]->setToolTip(i == 0 ? tr("Foreground colour (left button)") : tr("Background colour (right button)"));
+    }
+    m_selColor[0]->raise();
+    layout->addWidget(swatches);
+    layout->addStretch(1);
+    ColorsChanged();
+}
+
+void frmMain::ColorsChanged()
+{
+    for (int i = 0; i < 2; ++i)
+        if (m_selColor[i])
+            m_selColor[i]->setStyleSheet(
+                QStringLiteral("QFrame { background: %1; border: 1px solid rgb(60,60,60); }")
+                    .arg(ToQColor(i == 0 ? m_state.ForeColor : m_state.BackColor).name()));
+    if (m_controls)
+        m_controls->ColorsChanged();
+}
+
+} // namespace velunta

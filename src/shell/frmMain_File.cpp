@@ -1,0 +1,191 @@
+// The File menu: new pictures, a blank page at start, closing and leaving.
+
+#include "shell/frmMain.h"
+
+#include "core/Prompt.h"
+#include "core/Surface.h"
+#include "document/frmPaint.h"
+#include "files/DialogAPI.h"
+#include "files/PictureLoader.h"
+#include "imageops/frmNew.h"
+#include "shell/Services.h"
+
+#include <QCoreApplication>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QMdiSubWindow>
+#include <QScrollBar>
+#include <QStyle>
+#include <QStyleOptionTitleBar>
+
+#include <algorithm>
+
+namespace velunta {
+
+namespace {
+
+// A new document window as large as its picture needs, within the documents' area.
+void sizeDocumentWindow(QMdiArea* mdi, frmPaint* form)
+{
+    QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
+    if (!sw)
+        return;
+    QStyleOptionTitleBar option;
+    option.initFrom(sw);
+    const int border = sw->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sw);
+    const int title = sw->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, sw);
+    const QSize frame(2 * border, 2 * border + title);
+    const int bars = form->VScroll1()->sizeHint().width();
+    const QSize want(form->doc.Buffer.Width() + bars + 8, form->doc.Buffer.Height() + bars + 8);
+    const QSize room = mdi->viewport()->size() - QSize(24, 24);
+    sw->resize(std::min(want.width() + frame.width(), std::max(room.width(), 200)),
+               std::min(want.height() + frame.height(), std::max(room.height(), 150)));
+}
+
+} // namespace
+
+void frmMain::wireFileMenu()
+{
+    wire(QStringLiteral("NewImage"), [this] { NewImage_Click(); });
+    wireCommand(0, [this] { NewImage_Click(); });
+    wire(QStringLiteral("Open"), [this] { Open_Click(); });
+    wireCommand(1, [this] { Open_Click(); });
+    wire(QStringLiteral("Close"), [this] { Close_Click(); });
+    wire(QStringLiteral("Exit"), [this] { Exit_Click(); });
+}
+
+void frmMain::showDocument(frmPaint* form, bool maximized)
+{
+    form->SizePaintArea();
+    sizeDocumentWindow(m_mdi, form);
+    auto* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
+    if (maximized)
+        sw->showMaximized();
+    else
+        sw->show();
+    m_mdi->setActiveSubWindow(sw);
+    form->Form_Resize();
+    ValidateMenus();
+}
+
+void frmMain::NewImage_Click()
+{
+    frmNew dialog(LastNewWidth, LastNewHeight, m_services.prompt, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    const NewImageChoice choice = dialog.choice();
+    frmPaint* form = createDocument();
+    try {
+        form->doc.CreatePicture(choice.width + 2, choice.height + 2, choice.background);
+    } catch (const AllocationError&) {
+        form->closeWithoutQuestion();
+        m_services.prompt.MsgBox(tr("There is not enough memory for a picture of %1 x %2 pixels.\n\n"
+                                    "Please choose a smaller size.")
+                                     .arg(choice.width)
+                                     .arg(choice.height),
+                                 vbExclamation, tr("New Image"));
+        ValidateMenus();
+        return;
+    }
+    form->doc.Name = choice.name;
+    form->doc.SetCaption(choice.name);
+    LastNewWidth = choice.width;
+    LastNewHeight = choice.height;
+    showDocument(form, false);
+    form->setFocus();
+}
+
+QSize BlankPageSize(int mainWidth, int mainHeight, int leftBarWidth, int rightBarWidth, int topBarHeight)
+{
+    int w = mainWidth - leftBarWidth - rightBarWidth - 170;
+    int h = mainHeight - topBarHeight - 100;
+    if (w < 400)
+        w = 642;
+    if (h < 300)
+        h = 482;
+    return QSize(w, h);
+}
+
+void frmMain::StartWithBlankPage()
+{
+    const QSize size = BlankPageSize(width(), height(), m_leftBar->width(), m_rightBar->width(),
+                                     m_picbuttons->parentWidget()->height() + menuBar()->height());
+    frmPaint* form = createDocument();
+    form->doc.CreatePicture(size.width(), size.height(), 0xFFFFFF);
+    form->doc.Name = QStringLiteral("Untitled.bmp");
+    form->doc.SetCaption(QStringLiteral("Untitled.bmp"));
+    showDocument(form, MaximizeOnOpen);
+}
+
+void frmMain::Close_Click()
+{
+    if (frmPaint* form = activeDocument())
+        form->parentWidget()->close();
+    ValidateMenus();
+}
+
+void frmMain::Exit_Click()
+{
+    // Leaves at once: no question, no settings, no document asked.
+    m_exiting = true;
+    close();
+    QCoreApplication::exit(0);
+}
+
+void frmMain::Open_Click()
+{
+    QString name = FileToOpen;
+    FileToOpen.clear();
+    if (name.isEmpty())
+        name = ShowOpenDialog(m_services.dialogs, tr("Open..."));
+    if (name.trimmed().isEmpty())
+        return;
+    if (!FileExists(name)) {
+        m_services.prompt.MsgBox(name + tr("- doesn't exist anymore, or has been renamed."), vbExclamation,
+                                 tr("Open file"));
+        return;
+    }
+    // A name that begins with a blank passes the existence test and then opens nothing.
+    if (name.startsWith(u' '))
+        return;
+
+    m_undo.SkipNextPrepUndo = true;
+    frmPaint* form = createDocument();
+    form->doc.Name = name;
+    form->doc.SetCaption(name);
+    QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
+
+    QString error;
+    int errorNumber = 0;
+    const QImage picture = LoadPicture(name, &error, &errorNumber);
+    if (picture.isNull()) {
+        // The empty window stays, as the load left it.
+        sizeDocumentWindow(m_mdi, form);
+        sw->show();
+        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") + QString::number(errorNumber)
+                                     + (error.isEmpty() ? QString() : QStringLiteral("\n\n") + error),
+                                 vbOKOnly, QStringLiteral("Velunta"));
+        return;
+    }
+    try {
+        form->doc.Buffer.setPicture(picture);
+        form->doc.Buffer.setScaleSize(picture.width(), picture.height());
+        form->doc.Buffer.Cls();
+    } catch (const AllocationError&) {
+        sw->show();
+        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:7") + QStringLiteral("\n\n")
+                                     + tr("There is not enough memory for this picture."),
+                                 vbOKOnly, QStringLiteral("Velunta"));
+        return;
+    }
+    form->doc.Buffer.Tag = name;
+    showDocument(form, MaximizeOnOpen);
+    enable(QStringLiteral("mnuundorevert"), true);
+    PrepUndo();
+    if (m_state.CurrentTool == 2)
+        SelectTool(2);
+}
+
+bool frmMain::FormQueryUnload(frmPaint& form) { return true; }
+
+} // namespace velunta

@@ -1,0 +1,105 @@
+// The View toggles, the Window menu and the Help menu.
+
+#include "shell/frmMain.h"
+
+#include "core/Prompt.h"
+#include "document/frmPaint.h"
+#include "shell/Services.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+
+#include <algorithm>
+
+namespace velunta {
+
+void frmMain::wireViewMenu()
+{
+    wire(QStringLiteral("mnuHideToolbar"), [this] { mnuHideToolbar_Click(); });
+    wire(QStringLiteral("mnustartblankpage"),
+         [this] { StartBlankPage = action(QStringLiteral("mnustartblankpage"))->isChecked(); });
+    wire(QStringLiteral("mnumaximizeonopen"),
+         [this] { MaximizeOnOpen = action(QStringLiteral("mnumaximizeonopen"))->isChecked(); });
+    wire(QStringLiteral("mnuKidsMode"), [this] { KidsMode(); });
+    for (const QString& name : {QStringLiteral("mnuHideToolbar"), QStringLiteral("mnuKidsMode")})
+        action(name)->setEnabled(true);
+}
+
+namespace {
+
+// Tiles the visible document windows: horizontal stacks them full width one above the
+// other, vertical puts them side by side.
+void tile(QMdiArea* mdi, bool horizontal)
+{
+    QList<QMdiSubWindow*> windows;
+    for (QMdiSubWindow* sw : mdi->subWindowList(QMdiArea::StackingOrder))
+        if (sw->isVisible() && !sw->isMinimized())
+            windows << sw;
+    if (windows.isEmpty())
+        return;
+    const QRect area = mdi->viewport()->rect();
+    const int n = int(windows.size());
+    for (int i = 0; i < n; ++i) {
+        QMdiSubWindow* sw = windows[i];
+        if (sw->isMaximized())
+            sw->showNormal();
+        if (horizontal) {
+            const int h = area.height() / n;
+            sw->setGeometry(0, i * h, area.width(), i == n - 1 ? area.height() - i * h : h);
+        } else {
+            const int w = area.width() / n;
+            sw->setGeometry(i * w, 0, i == n - 1 ? area.width() - i * w : w, area.height());
+        }
+    }
+}
+
+} // namespace
+
+void frmMain::wireWindowMenu()
+{
+    wire(QStringLiteral("ArrHorizontal"), [this] { tile(m_mdi, true); });
+    wire(QStringLiteral("ArrVertival"), [this] { tile(m_mdi, false); });
+    wire(QStringLiteral("Cascade"), [this] { m_mdi->cascadeSubWindows(); });
+    wire(QStringLiteral("mnuClose"), [this] { Close_Click(); });
+    connect(menu(QStringLiteral("Window")), &QMenu::aboutToShow, this, [this] { refreshWindowList(); });
+}
+
+void frmMain::refreshWindowList()
+{
+    QMenu* window = menu(QStringLiteral("Window"));
+    for (QAction* a : window->actions())
+        if (a->property("windowEntry").toBool())
+            window->removeAction(a), a->deleteLater();
+    const bool any = !documents().isEmpty();
+    for (const QString& name : {QStringLiteral("ArrHorizontal"), QStringLiteral("ArrVertival"),
+                                QStringLiteral("Cascade"), QStringLiteral("mnuClose")})
+        enable(name, any);
+    int n = 0;
+    frmPaint* active = activeDocument();
+    for (frmPaint* form : documents()) {
+        ++n;
+        QAction* a = window->addAction(QStringLiteral("&%1 %2").arg(n).arg(form->doc.Caption));
+        a->setProperty("windowEntry", true);
+        a->setCheckable(true);
+        a->setChecked(form == active);
+        QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
+        connect(a, &QAction::triggered, this, [this, sw] {
+            if (m_mdi->subWindowList().contains(sw))
+                m_mdi->setActiveSubWindow(sw);
+        });
+    }
+}
+
+void frmMain::wireHelpMenu()
+{
+    wire(QStringLiteral("mnuhelp(9)"), [this] {
+        m_services.prompt.MsgBox(tr("Velunta %1\n\nA paint program for beginners, children and hobby painters.\n\n"
+                                    "Zolvane")
+                                     .arg(QStringLiteral(VELUNTA_VERSION)),
+                                 vbInformation, tr("About Velunta"));
+    });
+    action(QStringLiteral("mnuhelp(9)"))->setEnabled(true);
+}
+
+} // namespace velunta

@@ -1,0 +1,322 @@
+#include "tools/PointerPipeline.h"
+
+#include "core/Numbers.h"
+#include "document/Document.h"
+#include "document/DocumentView.h"
+#include "tools/DrawState.h"
+#include "tools/SimplePaints.h"
+#include "tools/ToolHost.h"
+
+#include <cmath>
+
+namespace velunta {
+
+namespace {
+
+bool snapWanted(const DrawState& st, const Document& doc) { return st.SnapToGrid || doc.SnapByKey || doc.SnapLocal; }
+
+QString joined(int a, int b, const char* sep) { return QString::number(a) + QLatin1String(sep) + QString::number(b); }
+
+// The zoom tool: left steps in (10 below 100, 100 from there), anything else out.
+void zoomToolStep(ToolContext& ctx, Document& doc, int button, float x, float y)
+{
+    const double z = doc.ZoomFactor;
+    double next = z;
+    if (button == kLeftButton) {
+        if (z >= doc.ZoomLimit)
+            return;
+        next = z < 100 ? z + 10 : z + 100;
+    } else {
+        if (z <= 10)
+            return;
+        next = z <= 100 ? z - 10 : z - 100;
+    }
+    // The clicked point keeps its share of the bars: ratios of the view before the change.
+    const double w = doc.view.paintWidth > 0 ? doc.view.paintWidth : 1;
+    const double h = doc.view.paintHeight > 0 ? doc.view.paintHeight : 1;
+    doc.ZoomFactor = next;
+    if (doc.viewWindow) {
+        doc.viewWindow->PreDefZoom(next);
+        doc.viewWindow->RealignZoom(y / h, x / w);
+        doc.viewWindow->setPointerShape(2);
+    } else {
+        doc.RebuildCaption();
+    }
+    ctx.host.ClearZoomOptions();
+}
+
+} // namespace
+
+double ViewToImage(double view, double zoom) { return (view - zoom / 200.0) / zoom * 100.0; }
+
+void SnapPoint(float& x, float& y, int gridX, int gridY)
+{
+    if (gridX < 1)
+        gridX = 10;
+    if (gridY < 1)
+        gridY = 10;
+    x = float(std::nearbyint(x / float(gridX))) * float(gridX);
+    y = float(std::nearbyint(y / float(gridY))) * float(gridY);
+}
+
+void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift, float x, float y)
+{
+    DrawState& st = ctx.state;
+    doc.SnapPressed = true;
+    if (snapWanted(st, doc))
+        SnapPoint(x, y, st.GridX, st.GridY);
+    const int keptButton = button;
+    const int tool = st.CurrentTool;
+
+    if (button == kRightButton && doc.ZoomFactor == 100.0 && tool != 2) {
+        if (tool != 17 && tool != 8 && tool != 1 && tool != 21)
+            ctx.host.ShowImageContextMenu(doc);
+    }
+    // The colour replacer picks its colours through the colour picker's reader.
+    if (button == kRightButton && tool == 1)
+        button = kLeftButton; // the right pencil draws; keptButton still says 2
+
+    if (button == kLeftButton) {
+        ctx.host.SetUndoEnabled(true);
+        // No undo point starts for a stroke inside a floating selection. The release records
+        // the stroke's result only when the press recorded what came before it.
+        if (!doc.SelectArea.Visible && st.NoUndoNextStroke == 0 && (tool >= 1 || st.CursorPanelVisible)
+            && !st.DetailPickerArmed && tool != 2 && tool != 8) {
+            ctx.host.PrepUndo();
+            doc.BuffersChanged = ToolChangesPicture(tool, false);
+        }
+        if (ToolChangesPicture(tool, doc.SelectArea.Visible))
+            doc.SetDirtyTrue();
+        doc.Drawing = true;
+        const double ix = ViewToImage(x, doc.ZoomFactor);
+        const double iy = ViewToImage(y, doc.ZoomFactor);
+        doc.Buffer.CurrentX = ix;
+        doc.Buffer.CurrentY = iy;
+        doc.BufferSelected.CurrentX = doc.Buffer.CurrentX - doc.BufferSelected.Left;
+        doc.BufferSelected.CurrentY = doc.Buffer.CurrentY - doc.BufferSelected.Top;
+        if (doc.SelectArea.Visible) {
+            const Surface& sel = doc.BufferSelected;
+            if (sel.CurrentX < 0 || sel.CurrentY < 0 || sel.CurrentX > sel.Width() || sel.CurrentY > sel.Height()) {
+                doc.SelectArea.Visible = false;
+                doc.SelectionMarker = false;
+                ctx.host.SetAreaText(QStringLiteral("0 x 0"));
+                doc.invalidateView();
+            }
+        }
+        doc.StartX = I4(ix);
+        doc.StartY = I4(iy);
+        double zoom = doc.ZoomFactor;
+        ToolDispatch(ctx, doc, doc.Buffer, I2(ix), I2(iy), zoom, doc.Drawing, keptButton, doc.ShiftDown);
+    } else {
+        doc.Drawing = false;
+    }
+    if (tool == 8 && button != 0)
+        doc.Drawing = true; // the picker tracks with the right button too
+    doc.MouseReleased = true;
+}
+
+void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift, float x, float y)
+{
+    DrawState& st = ctx.state;
+    doc.LastX = int(x);
+    doc.LastY = int(y);
+    if (st.ShowCrossLines) {
+        doc.Line1.X1 = doc.Line1.X2 = x;
+        doc.Line2.Y1 = doc.Line2.Y2 = y;
+        if (doc.Line1.Visible || doc.Line2.Visible)
+            doc.invalidateView();
+    }
+    const double z = doc.ZoomFactor;
+    doc.PointerImageA = float(ViewToImage(x, z));
+    doc.PointerImageB = float(ViewToImage(y, z));
+
+    if (doc.Drawing) {
+        if (snapWanted(st, doc) && doc.SnapPressed)
+            SnapPoint(x, y, st.GridX, st.GridY);
+        const int ix = I2(ViewToImage(x, z));
+        const int iy = I2(ViewToImage(y, z));
+        double zoom = z;
+        ToolDispatch(ctx, doc, doc.Buffer, ix, iy, zoom, doc.Drawing, button, doc.ShiftDown);
+        // Tool 16's pointer shows no size.
+        if (!(doc.viewWindow && doc.viewWindow->pointerShape() == 16)) {
+            if (z == 100.0) {
+                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - x))) + QStringLiteral(" x ")
+                                     + QString::number(I2(std::abs(doc.StartY - y))));
+            } else {
+                // 100 \ z is 0 above 100, so the read-out is 0 there; that is how it reads.
+                const int d = IntDiv(z, 200);
+                const int s = IntDiv(100, z);
+                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - (x - d) * s))) + QStringLiteral(" x ")
+                                     + QString::number(I2(std::abs(doc.StartY - (y - d) * s))));
+            }
+        }
+    }
+
+    // The two axes are computed differently on purpose: float division across, integer down.
+    if (z == 100.0) {
+        ctx.host.SetCoordsText(joined(I2(x), I2(y), ", "));
+    } else {
+        const int d = IntDiv(z, 200);
+        ctx.host.SetCoordsText(joined(I2((x - d) / z * 100), IntDiv((y - d) * 100, z), ", "));
+    }
+
+    const int tool = st.CurrentTool;
+    if (tool == 0) {
+        doc.PointerX = float(ViewToImage(x, z));
+        doc.PointerY = float(ViewToImage(y, z));
+        if (doc.SelectArea.Visible) {
+            const Surface& sel = doc.BufferSelected;
+            if (doc.PointerX - sel.Left > sel.Width() || doc.PointerY - sel.Top > sel.Height()
+                || doc.PointerX < sel.Left || doc.PointerY < sel.Top) {
+                if (doc.viewWindow)
+                    doc.viewWindow->setPointerShape(-1);
+                return;
+            }
+            if (doc.viewWindow)
+                doc.viewWindow->setPointerShape(20);
+            if (st.SelectionBlend >= 1 && st.SelectionBlend <= 255)
+                ctx.host.SetBlendText(QString::number(qint64(Int(st.SelectionBlend / 2.55))));
+            else
+                ctx.host.SetBlendText(QStringLiteral("50"));
+            ctx.host.ShowCursorPanel(true);
+        } else {
+            ctx.host.ShowCursorPanel(false);
+            if (doc.viewWindow && doc.viewWindow->pointerShape() != -1)
+                doc.viewWindow->setPointerShape(-1);
+        }
+    } else if (doc.viewWindow && doc.viewWindow->pointerShape() != tool) {
+        doc.viewWindow->setPointerShape(tool);
+    }
+    if (st.DetailPickerArmed && doc.viewWindow)
+        doc.viewWindow->setPointerShape(21);
+}
+
+void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, float x, float y)
+{
+    DrawState& st = ctx.state;
+    const double viewWidth = std::max(1, doc.view.paintWidth - 2);
+    const double viewHeight = std::max(1, doc.view.paintHeight - 2);
+    doc.MouseReleased = true;
+    doc.Drawing = false;
+    if (snapWanted(st, doc)) {
+        doc.SnapPressed = false;
+        SnapPoint(x, y, st.GridX, st.GridY);
+    }
+    const int tool = st.CurrentTool;
+    if (button == kLeftButton) {
+        doc.SelectionMarker = false;
+        double zoom = doc.ZoomFactor;
+        ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom, doc.Drawing, 0,
+                     doc.ShiftDown);
+        // The arguments go in x first although the routine takes y first; below 100 the
+        // picture usually fits the view, so the bars stand at 0 either way.
+        if (doc.ZoomFactor < 100 && doc.viewWindow)
+            doc.viewWindow->RealignZoom(x / viewWidth, y / viewHeight);
+        if (tool == 5)
+            ctx.host.ValidateMenus();
+    }
+    if (tool == 2 && button != kNoButton)
+        zoomToolStep(ctx, doc, button, x, y);
+    if (tool == 8) {
+        const int last = st.LastTool;
+        if (last != 0 && last != 5 && last != 7 && last != 2 && last != 17)
+            ctx.host.Cmd_Click(last);
+    }
+    ctx.host.SetZoomText(NumberText(doc.ZoomFactor) + QStringLiteral("%"));
+    if (st.CursorPanelVisible || tool > 0) {
+        if (!st.DetailPickerArmed && tool != 2 && tool != 8 && doc.BuffersChanged) {
+            doc.BuffersChanged = false;
+            ctx.host.PrepUndo();
+        }
+    }
+}
+
+void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
+{
+    DrawState& st = ctx.state;
+    const int tool = st.CurrentTool;
+    if (keyCode >= kKeyLeft && keyCode <= kKeyDown && (tool == 1 || tool == 6) && !doc.SelectArea.Visible
+        && doc.ZoomFactor == 100.0) {
+        if (!doc.KeyPointerActive) {
+            doc.KeyPointerX = doc.LastX;
+            doc.KeyPointerY = doc.LastY;
+            doc.KeyPointerActive = true;
+        }
+        if (keyCode == kKeyLeft)
+            doc.KeyPointerX -= 1.0;
+        else if (keyCode == kKeyUp)
+            doc.KeyPointerY -= 1.0;
+        else if (keyCode == kKeyRight)
+            doc.KeyPointerX += 1.0;
+        else
+            doc.KeyPointerY += 1.0;
+        const float kx = float(doc.KeyPointerX), ky = float(doc.KeyPointerY);
+        PaintArea_MouseMove(ctx, doc, kNoButton, 0, kx, ky);
+        PaintArea_MouseDown(ctx, doc, kLeftButton, 0, kx, ky);
+        PaintArea_MouseUp(ctx, doc, kLeftButton, 0, kx, ky);
+        doc.KeyShortcutsOff = true;
+    }
+    if (keyCode == kKeyControl)
+        doc.KeyShortcutsOff = !doc.SelectArea.Visible; // with a selection the pointer tool takes over
+    if (keyCode == kKeyShift)
+        doc.ShiftDown = true;
+
+    if (tool == 12 || doc.KeyShortcutsOff)
+        return;
+    if (keyCode == kKeyControl && doc.SelectArea.Visible)
+        doc.KeyShortcutsOff = true;
+    switch (keyCode) {
+    case kKeyEscape:
+        if (doc.SelectArea.Visible && !doc.Dirty) {
+            doc.SelectArea.Visible = false;
+            doc.invalidateView();
+        } else if (ctx.host.UndoEnabled()) {
+            ctx.host.Undo_Click();
+        }
+        return;
+    case 'C':
+        return; // stays free for Ctrl+C
+    case kKeyControl:
+        if (doc.SelectArea.Visible) {
+            doc.SelectionMarker = true;
+            ctx.host.SelectTool(0);
+            ctx.host.Cmd_Click(0);
+        } else {
+            ctx.host.SelectTool(0);
+        }
+        return;
+    case kKeySpace:
+        doc.SnapByKey = ctx.host.ToggleSnapGrid();
+        return;
+    case 'H':
+        if (tool == 1 && !doc.SelectArea.Visible && doc.ZoomFactor == 100.0) {
+            const float px = float(doc.Buffer.CurrentX), py = float(doc.Buffer.CurrentY);
+            PaintArea_MouseDown(ctx, doc, kLeftButton, 0, px, py);
+            PaintArea_MouseUp(ctx, doc, kLeftButton, 0, px, py);
+        }
+        return;
+    default:
+        break;
+    }
+    static constexpr struct {
+        int key;
+        int tool;
+    } kToolKeys[] = {{'M', 5}, {'O', 7}, {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},  {'F', 3},  {'E', 10}, {'B', 9},
+                     {'S', 13}, {'T', 12}, {'+', 11}, {'Y', 8}, {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
+    for (const auto& k : kToolKeys) {
+        if (k.key == keyCode) {
+            ctx.host.SelectTool(k.tool);
+            return;
+        }
+    }
+}
+
+void Form_KeyUp(ToolContext& ctx, Document& doc, int keyCode, int shift)
+{
+    if (keyCode == kKeyControl)
+        doc.KeyShortcutsOff = false;
+    if (keyCode == kKeyShift)
+        doc.ShiftDown = false;
+}
+
+} // namespace velunta

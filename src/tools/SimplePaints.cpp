@@ -1,0 +1,58 @@
+#include "tools/SimplePaints.h"
+
+#include "core/Gdi.h"
+#include "core/Numbers.h"
+#include "document/Document.h"
+#include "tools/DrawState.h"
+#include "tools/Pencil.h"
+#include "tools/ToolHost.h"
+
+namespace velunta {
+
+void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double& zoom, bool& drawing,
+                  int button, bool shift)
+{
+    DrawState& st = ctx.state;
+    surface.ForeColor = st.ForeColor;
+    doc.BufferSelected.ForeColor = st.ForeColor;
+    if (st.CurrentTool > 19 || st.CurrentTool < 0)
+        return;
+    switch (st.CurrentTool) {
+    case 1:
+        PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+        break;
+    case 2:  // the zoom tool acts in the release pipeline
+    case 17: // the colour replacer acts through its panel buttons
+    default:
+        break;
+    }
+}
+
+void UpdateView(Document& doc, Surface& surface, double /*x*/, double /*y*/, double /*zoom*/)
+{
+    if (doc.SelectArea.Visible) {
+        const Surface& sel = doc.BufferSelected;
+        BitBlt(surface, I4(sel.Left), I4(sel.Top), sel.Width(), sel.Height(), sel, 0, 0, SRCCOPY);
+    }
+    const QRect touched = surface.takeTouched();
+    if (!touched.isEmpty())
+        doc.invalidateImageRect(touched);
+}
+
+bool ToolChangesPicture(int tool, bool selectionVisible)
+{
+    switch (tool) {
+    case 0:
+        return selectionVisible;
+    case 2:
+    case 5:
+    case 8:
+    case 12:
+    case 17:
+        return false;
+    default:
+        return true;
+    }
+}
+
+} // namespace velunta

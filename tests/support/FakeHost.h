@@ -1,0 +1,95 @@
+#pragma once
+// A tool host and a document view that record what the tools ask of them, so the
+// pointer pipeline and the tools run without any window.
+
+#include "document/Document.h"
+#include "document/DocumentView.h"
+#include "tools/DrawState.h"
+#include "tools/SimplePaints.h"
+#include "tools/ToolHost.h"
+
+#include <QStringList>
+
+namespace velunta::test {
+
+class FakeHost : public ToolHost {
+public:
+    explicit FakeHost(Document& doc) : doc(doc) {}
+    void PrepUndo() override { ++prepUndoCalls; }
+    void ValidateMenus() override { ++validateCalls; }
+    void SetUndoEnabled(bool enabled) override { undoEnabled = enabled; }
+    bool UndoEnabled() const override { return undoEnabled; }
+    void Undo_Click() override { ++undoCalls; }
+    void SelectTool(int tool) override
+    {
+        state->LastTool = state->CurrentTool;
+        state->CurrentTool = tool;
+        selected << tool;
+    }
+    void Cmd_Click(int index) override
+    {
+        clicked << index;
+        SelectTool(index);
+    }
+    void ShowImageContextMenu(Document&) override { ++contextMenus; }
+    void SetCoordsText(const QString& text) override { coords = text; }
+    void SetAreaText(const QString& text) override { area = text; }
+    void SetZoomText(const QString& text) override { zoomText = text; }
+    void ClearZoomOptions() override { ++zoomOptionsCleared; }
+    void ShowCursorPanel(bool visible) override { state->CursorPanelVisible = visible; }
+    void SetBlendText(const QString& text) override { blend = text; }
+    bool ToggleSnapGrid() override { return state->SnapToGrid = !state->SnapToGrid; }
+    void ShowPickedColor(Color c) override { picked = c; }
+    void ColorsChanged() override { ++colorChanges; }
+
+    Document& doc;
+    DrawState* state = nullptr;
+    int prepUndoCalls = 0, validateCalls = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
+        colorChanges = 0;
+    bool undoEnabled = false;
+    QList<int> selected, clicked;
+    QString coords, area, zoomText, blend;
+    Color picked = kNoColor;
+};
+
+class FakeView : public DocumentView {
+public:
+    explicit FakeView(Document& doc) : doc(doc) { doc.viewWindow = this; }
+    ~FakeView() override { doc.viewWindow = nullptr; }
+    void invalidateImageRect(const QRect& r) override { invalidated |= r; }
+    void invalidateView() override { ++fullRepaints; }
+    void setPointerShape(int shape) override { pointer = shape; }
+    int pointerShape() const override { return pointer; }
+    void PreDefZoom(double zoom) override
+    {
+        doc.ZoomFactor = zoom;
+        zooms << zoom;
+    }
+    void RealignZoom(double ratioY, double ratioX) override { realigns << qMakePair(ratioY, ratioX); }
+    void captionChanged() override {}
+
+    Document& doc;
+    QRect invalidated;
+    int fullRepaints = 0;
+    int pointer = -1;
+    QList<double> zooms;
+    QList<QPair<double, double>> realigns;
+};
+
+// A document of w x h white pixels, a draw state, a host and a view, wired together.
+struct ToolBench {
+    explicit ToolBench(int w = 40, int h = 30)
+    {
+        doc.CreatePicture(w + 2, h + 2, 0xFFFFFF);
+        doc.view.paintWidth = w + 2;
+        doc.view.paintHeight = h + 2;
+        host.state = &state;
+    }
+    Document doc;
+    DrawState state;
+    FakeHost host{doc};
+    FakeView view{doc};
+    ToolContext ctx{state, host};
+};
+
+} // namespace velunta::test

@@ -1,0 +1,60 @@
+#pragma once
+// Test doubles for the message boxes and file dialogs: answers are queued in
+// advance, and every box shown is recorded.
+
+#include "core/Prompt.h"
+
+#include <QQueue>
+#include <QString>
+#include <QStringList>
+
+namespace velunta::test {
+
+struct ShownBox {
+    QString text;
+    int style = 0;
+    QString title;
+};
+
+class ScriptedPrompt : public Prompt {
+public:
+    int MsgBox(const QString& text, int style, const QString& title) override
+    {
+        shown.append({text, style, title});
+        if (!answers.isEmpty())
+            return answers.dequeue();
+        // Without a queued answer: OK for plain boxes, No for questions.
+        const int buttons = style & 0x7;
+        return buttons == vbYesNo || buttons == vbYesNoCancel ? vbNo : vbOK;
+    }
+    QQueue<int> answers;
+    QList<ShownBox> shown;
+};
+
+class ScriptedDialogs : public FileDialogs {
+public:
+    QString getOpenFileName(const QString& title, const QString& filter, const QString& defaultName) override
+    {
+        titles << title;
+        return paths.isEmpty() ? QString() : paths.dequeue();
+    }
+    QString getSaveFileName(const QString& title, const QString& filter, const QString& defaultName,
+                            int& filterIndex) override
+    {
+        titles << title;
+        lastFilter = filter;
+        lastDefaultName = defaultName;
+        lastFilterIndexIn = filterIndex;
+        if (!filterIndexes.isEmpty())
+            filterIndex = filterIndexes.dequeue();
+        return paths.isEmpty() ? QString() : paths.dequeue();
+    }
+    QQueue<QString> paths;
+    QQueue<int> filterIndexes;
+    QStringList titles;
+    QString lastFilter;
+    QString lastDefaultName;
+    int lastFilterIndexIn = 0;
+};
+
+} // namespace velunta::test

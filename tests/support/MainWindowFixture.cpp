@@ -1,0 +1,50 @@
+#include "support/MainWindowFixture.h"
+
+#include "document/frmPaint.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+namespace velunta::test {
+
+MainWindowFixture::MainWindowFixture()
+{
+    const QString folder = m_home.path() + QStringLiteral("/app/");
+    QDir().mkpath(folder + QStringLiteral("temp"));
+    m_settings = std::make_unique<SettingsStore>();
+    m_services = std::make_unique<Services>(Services{prompt, dialogs, *m_settings, folder, false});
+    m_main = std::make_unique<frmMain>(*m_services);
+    m_main->resize(1000, 700);
+    m_main->show();
+    m_main->Load(QString());
+    settle();
+}
+
+MainWindowFixture::~MainWindowFixture()
+{
+    // Windows go without questions at the end of a test.
+    for (frmPaint* f : m_main->documents())
+        f->closeWithoutQuestion();
+    settle();
+}
+
+frmPaint* MainWindowFixture::newDocument(int w, int h, Color background)
+{
+    frmPaint* form = m_main->createDocument();
+    form->doc.CreatePicture(w + 2, h + 2, background);
+    form->doc.Name = QStringLiteral("Untitled");
+    form->doc.SetCaption(QStringLiteral("Untitled"));
+    m_main->showDocument(form, false);
+    settle();
+    return form;
+}
+
+void MainWindowFixture::settle()
+{
+    for (int i = 0; i < 3; ++i)
+        QCoreApplication::processEvents();
+}
+
+} // namespace velunta::test

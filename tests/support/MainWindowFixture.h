@@ -1,0 +1,42 @@
+#pragma once
+// A real main window over test doubles, in a temporary program folder, for the
+// offscreen GUI tests.
+
+#include "core/SettingsStore.h"
+#include "shell/Services.h"
+#include "shell/frmMain.h"
+#include "support/FakeServices.h"
+
+#include <QTemporaryDir>
+
+#include <memory>
+
+namespace velunta {
+class frmPaint;
+}
+
+namespace velunta::test {
+
+class MainWindowFixture {
+public:
+    MainWindowFixture();
+    ~MainWindowFixture();
+
+    frmMain& main() { return *m_main; }
+    ScriptedPrompt prompt;
+    ScriptedDialogs dialogs;
+    QString appFolder() const { return m_services->AppFolder; }
+
+    // A new white document of w x h pixels, active.
+    frmPaint* newDocument(int w = 64, int h = 48, Color background = 0xFFFFFF);
+    // Lets pending events and deferred calls run.
+    static void settle();
+
+private:
+    QTemporaryDir m_home;
+    std::unique_ptr<SettingsStore> m_settings;
+    std::unique_ptr<Services> m_services;
+    std::unique_ptr<frmMain> m_main;
+};
+
+} // namespace velunta::test
