@@ -35,10 +35,12 @@ public:
 class NullToolHost : public ToolHost {
 public:
     void PrepUndo() override {}
+    void StrokeEnded() override {}
     void ValidateMenus() override {}
     void SetUndoEnabled(bool) override {}
     bool UndoEnabled() const override { return false; }
     void Undo_Click() override {}
+    void SaveUndoBitmapForTool() override {}
     void SelectTool(int) override {}
     void Cmd_Click(int) override {}
     void ShowImageContextMenu(Document&) override {}

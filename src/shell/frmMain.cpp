@@ -132,6 +132,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
 
     wireFileMenu();
     wireEditMenu();
+    wireSaveCommands();
     wireViewMenu();
     wireWindowMenu();
     wireHelpMenu();
@@ -154,6 +155,8 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     };
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
+
+    MRUDlist(1);
 
     // The shell initialiser.
     say(tr("Please wait while initializing Velunta..."));
@@ -225,6 +228,7 @@ void frmMain::closeEvent(QCloseEvent* event)
                                         tr("Close Velunta")) == vbNo)
             cancel = true;
     }
+    SaveRecentFiles();
     if (cancel) {
         event->ignore();
         return;

@@ -63,6 +63,29 @@ public:
     void CmdCommands_Click(int index);
     void Cmd_DblClick(int index);
     void KidsMode();
+
+    // Undo that the ring doesn't cover: the resize undo file and the saved picture.
+    void UndoResize_Click();
+    void RevertSaved(const QString& path);
+    void SaveUndoBitmap();
+    void mnuundorevert_Click();
+
+    // Files.
+    void Save_Click();
+    void SaveAs_Click();
+    // The one way pictures are written: format 1 JPEG, 2 BMP, 3 GIF, 4 GIF with a
+    // transparent colour. Quality 0 or less means 90. True when the file was written.
+    bool FileSaveAs(const QString& fileName, int format, Color transparentColor, int& quality);
+    void mnuExportBMP_Click();
+    void mnuExportJPG_Click();
+    void mnuExportGif_Click();
+    void mnuProperties_Click();
+    // The recent files: mode 1 loads the list from the settings, mode 2 adds a path.
+    void MRUDlist(int mode, const QString& path = QString());
+    void mnuMrud_Click(int index);
+    QString recentFile(int index) const { return m_recent[index]; }
+    // Writes the recent files to the settings store.
+    void SaveRecentFiles();
     void mnuHideToolbar_Click();
     void TestDoEvents();
 
@@ -77,6 +100,10 @@ public:
     int GuideLinesColor = 0x808080;
     int GuideLineStyle = 2;
     int GridColor = 0xF0F0F0;
+    // The save dialog's filter index and the format of Save: 1, 2 BMP, 3 JPEG, 4 GIF, 5 all files.
+    int SaveFilterIndex = 0;
+    // The JPEG quality last used in this run, if any.
+    int LastJpegQuality = 0;
 
     DrawState& state() { return m_state; }
     UndoState& undo() { return m_undo; }
@@ -99,6 +126,7 @@ public:
 
     // ToolHost
     void PrepUndo() override;
+    void StrokeEnded() override { m_undo.UndoSuppressed = false; }
     void ValidateMenus() override;
     void SetUndoEnabled(bool enabled) override;
     bool UndoEnabled() const override;
@@ -114,6 +142,7 @@ public:
     void SetBlendText(const QString& text) override;
     bool ToggleSnapGrid() override;
     void ShowPickedColor(Color c) override;
+    void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
 
     // DocumentHost
@@ -146,6 +175,9 @@ private:
     void wireViewMenu();
     void wireWindowMenu();
     void wireHelpMenu();
+    void wireSaveCommands();
+    // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
+    bool saveByFilter(const QString& name, int filterIndex);
     void placeToolButtons();
     void refreshWindowList();
     void documentActivated(QMdiSubWindow* window);
@@ -188,6 +220,9 @@ private:
     QHash<QString, QMenu*> m_menus;
     QStringList m_contextOnly;
     bool m_undoEnabled = false;
+    std::array<QString, 4> m_recent;
+    std::array<bool, 4> m_recentThere{};
+    int MRUNext = 0;
     bool m_exiting = false;
 };
 

@@ -1,19 +1,39 @@
-// The Edit menu's undo commands.
+// The Edit menu's undo commands: the ring, the resize undo file and the saved picture.
 
 #include "shell/frmMain.h"
 
 #include "core/Gdi.h"
 #include "document/frmPaint.h"
+#include "files/BmpWriter.h"
+#include "files/DialogAPI.h"
+#include "files/PictureLoader.h"
+#include "shell/Services.h"
 
+#include <QFileInfo>
 #include <QToolButton>
 
 namespace velunta {
+
+namespace {
+
+// An undo file this small holds no picture.
+constexpr qint64 kSmallestUndoFile = 2000;
+
+QString undoFile(const Services& services) { return services.AppFolder + QStringLiteral("temp/undo.bmp"); }
+
+} // namespace
 
 void frmMain::wireEditMenu()
 {
     wire(QStringLiteral("Undo"), [this] { Undo_Click(); });
     wire(QStringLiteral("mnuImgUndo"), [this] { Undo_Click(); });
     wireCommand(7, [this] { Undo_Click(); });
+    wire(QStringLiteral("UndoResize"), [this] { UndoResize_Click(); });
+    wire(QStringLiteral("mnuundorevert"), [this] { mnuundorevert_Click(); });
+    wireCommand(17, [this] {
+        RevertSaved(QString());
+        PrepUndo();
+    });
 }
 
 void frmMain::Undo_Click()
@@ -22,19 +42,75 @@ void frmMain::Undo_Click()
     frmPaint* form = activeDocument();
     if (!form)
         return;
-    Document& doc = form->doc;
-    doc.SelectArea.Visible = false;
-    // Slots come back in the fixed order 1, 2, 3, 4 and round, whatever was written last.
-    const int filled = FilledUndoSlots(doc);
-    m_undo.UndoCursor = m_undo.UndoCursor + 1;
-    if (m_undo.UndoCursor > filled) {
-        m_undo.UndoCursor = 1;
+    form->doc.SelectArea.Visible = false;
+    // A pending resize undo always goes first.
+    if (action(QStringLiteral("UndoResize"))->isEnabled()) {
+        UndoResize_Click();
+        return;
     }
-    const Surface& slot = doc.UndoSlots[m_undo.UndoCursor - 1];
-    // The copy has Buffer's size: a slot of another size shows clipped, or old pixels at the rim.
-    BitBlt(doc.Buffer, 0, 0, doc.Buffer.ScaleWidth(), doc.Buffer.ScaleHeight(), slot, 0, 0, SRCCOPY);
+    Document& doc = form->doc;
+    UndoStep(m_undo, doc, [&] { RevertSaved(doc.Buffer.Tag); });
     UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
     form->invalidateView();
+}
+
+void frmMain::UndoResize_Click()
+{
+    const QFileInfo file(undoFile(m_services));
+    frmPaint* form = activeDocument();
+    if (!file.exists() || file.size() < kSmallestUndoFile || !form) {
+        enable(QStringLiteral("UndoResize"), false);
+        return;
+    }
+    const QImage picture = LoadPicture(file.filePath());
+    if (!picture.isNull()) {
+        Document& doc = form->doc;
+        doc.Buffer.setScaleSize(picture.width(), picture.height());
+        doc.Buffer.setPicture(picture);
+        form->SizePaintArea();
+        form->RealignZoom(-1, -1);
+        SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") + QString::number(picture.height()));
+    }
+    enable(QStringLiteral("UndoResize"), false);
+}
+
+void frmMain::RevertSaved(const QString& path)
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    Document& doc = form->doc;
+    if (doc.ZoomFactor != 100)
+        form->PreDefZoom(100);
+    doc.SetCaption(doc.Name);
+    const QString file = path.isEmpty() ? doc.Name : path;
+    const QImage picture = FileExists(file) ? LoadPicture(file) : QImage();
+    // An unreadable file leaves the picture as it was. The picture keeps its own file
+    // name too then, so that a page that was never saved is never written under the
+    // window's name behind the user's back.
+    if (!picture.isNull()) {
+        doc.Buffer.setScaleSize(picture.width(), picture.height());
+        doc.Buffer.setPicture(picture);
+        doc.Buffer.Tag = doc.Name;
+        form->SizePaintArea();
+        form->RealignZoom(-1, -1);
+    }
+    form->invalidateView();
+    ValidateMenus();
+}
+
+void frmMain::mnuundorevert_Click() { RevertSaved(QString()); }
+
+void frmMain::SaveUndoBitmap()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    QString reason;
+    if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services), &reason)) {
+        enable(QStringLiteral("UndoResize"), true);
+        enableCommand(7, true);
+    }
 }
 
 } // namespace velunta

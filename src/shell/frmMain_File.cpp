@@ -9,11 +9,13 @@
 #include "files/PictureLoader.h"
 #include "imageops/frmNew.h"
 #include "shell/Services.h"
+#include "tools/frmControls.h"
 
 #include <QCoreApplication>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
 #include <QStyleOptionTitleBar>
@@ -163,7 +165,7 @@ void frmMain::Open_Click()
         sizeDocumentWindow(m_mdi, form);
         sw->show();
         m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") + QString::number(errorNumber)
-                                     + (error.isEmpty() ? QString() : QStringLiteral("\n\n") + error),
+                                     + (error.isEmpty() ? QString() : QString(QStringLiteral("\n\n") + error)),
                                  vbOKOnly, QStringLiteral("Velunta"));
         return;
     }
@@ -184,8 +186,16 @@ void frmMain::Open_Click()
     PrepUndo();
     if (m_state.CurrentTool == 2)
         SelectTool(2);
+    MRUDlist(2, name);
+    // A picture larger than the screen opens at 25% with the zoom tool, when asked to.
+    const QSize screen = this->screen() ? this->screen()->size() : QSize(1 << 30, 1 << 30);
+    if (FitBigImages && (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
+        QCoreApplication::processEvents();
+        SelectTool(2);
+        form->PreDefZoom(25);
+        m_controls->SetZoomOption(25);
+    }
 }
 
-bool frmMain::FormQueryUnload(frmPaint& form) { return true; }
 
 } // namespace velunta

@@ -22,6 +22,8 @@ void frmMain::wireViewMenu()
     wire(QStringLiteral("mnumaximizeonopen"),
          [this] { MaximizeOnOpen = action(QStringLiteral("mnumaximizeonopen"))->isChecked(); });
     wire(QStringLiteral("mnuKidsMode"), [this] { KidsMode(); });
+    wire(QStringLiteral("mnufitbigimages"),
+         [this] { FitBigImages = action(QStringLiteral("mnufitbigimages"))->isChecked(); });
     for (const QString& name : {QStringLiteral("mnuHideToolbar"), QStringLiteral("mnuKidsMode")})
         action(name)->setEnabled(true);
 }

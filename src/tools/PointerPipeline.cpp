@@ -224,9 +224,13 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
     }
     ctx.host.SetZoomText(NumberText(doc.ZoomFactor) + QStringLiteral("%"));
     if (st.CursorPanelVisible || tool > 0) {
-        if (!st.DetailPickerArmed && tool != 2 && tool != 8 && doc.BuffersChanged) {
-            doc.BuffersChanged = false;
-            ctx.host.PrepUndo();
+        if (!st.DetailPickerArmed && tool != 2 && tool != 8) {
+            if (doc.BuffersChanged) {
+                doc.BuffersChanged = false;
+                ctx.host.PrepUndo();
+            }
+            // The stroke after an undo recorded nothing; the one after it records again.
+            ctx.host.StrokeEnded();
         }
     }
 }

@@ -15,11 +15,15 @@ public:
     virtual ~ToolHost() = default;
 
     virtual void PrepUndo() = 0;
+    // The end of a stroke: an undo's suppression of recording is over.
+    virtual void StrokeEnded() = 0;
     virtual void ValidateMenus() = 0;
     // Edit > Undo and the toolbar's undo button.
     virtual void SetUndoEnabled(bool enabled) = 0;
     virtual bool UndoEnabled() const = 0;
     virtual void Undo_Click() = 0;
+    // Writes the picture to temp/undo.bmp before a change of its size (the crop).
+    virtual void SaveUndoBitmapForTool() = 0;
 
     virtual void SelectTool(int tool) = 0;
     virtual void Cmd_Click(int index) = 0;

@@ -16,10 +16,12 @@ class FakeHost : public ToolHost {
 public:
     explicit FakeHost(Document& doc) : doc(doc) {}
     void PrepUndo() override { ++prepUndoCalls; }
+    void StrokeEnded() override { ++strokesEnded; }
     void ValidateMenus() override { ++validateCalls; }
     void SetUndoEnabled(bool enabled) override { undoEnabled = enabled; }
     bool UndoEnabled() const override { return undoEnabled; }
     void Undo_Click() override { ++undoCalls; }
+    void SaveUndoBitmapForTool() override { ++undoBitmaps; }
     void SelectTool(int tool) override
     {
         state->LastTool = state->CurrentTool;
@@ -44,7 +46,7 @@ public:
 
     Document& doc;
     DrawState* state = nullptr;
-    int prepUndoCalls = 0, validateCalls = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
+    int prepUndoCalls = 0, undoBitmaps = 0, strokesEnded = 0, validateCalls = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
         colorChanges = 0;
     bool undoEnabled = false;
     QList<int> selected, clicked;

@@ -1,0 +1,61 @@
+#include "files/FileNames.h"
+
+#include <algorithm>
+
+namespace velunta {
+
+namespace {
+
+// The extension each save filter index writes.
+const char* const kFilterExtensions[6] = {"", ".bmp", ".bmp", ".jpg", ".gif", ""};
+
+} // namespace
+
+// The name Save As proposes the extension for: the filter decides the format, the typed
+// extension never does. A name without a full stop gets the filter's extension; a name
+// that doesn't hold it loses its last four characters to it, whatever they were.
+QString SaveAsFileName(QString result, int filterIndex)
+{
+    const QString extension = QString::fromLatin1(kFilterExtensions[std::clamp(filterIndex, 0, 5)]);
+    if (!result.contains(u'.'))
+        result += extension;
+    if (!result.contains(extension))
+        result = result.left(result.size() - 4) + extension;
+    return result;
+}
+
+// The filter index a name's extension stands for, or `current` when it names none.
+int FilterIndexOfName(const QString& name, int current, bool knowsJpeg)
+{
+    const QString lower = name.toLower();
+    if (lower.endsWith(QLatin1String(".gif")))
+        return 4;
+    if (lower.endsWith(QLatin1String(".jpg")) || (knowsJpeg && lower.endsWith(QLatin1String(".jpeg"))))
+        return 3;
+    if (lower.endsWith(QLatin1String(".bmp")))
+        return 1;
+    return current;
+}
+
+// The export dialogs' proposal: the caption without its last seven characters (" - 100%"),
+// trimmed, with its last four characters made `extension`.
+QString ExportProposal(const QString& caption, const QString& extension)
+{
+    QString name = caption.left(std::max<qsizetype>(0, caption.size() - 7)).trimmed();
+    if (name.right(4).toLower() != extension)
+        name = name.left(std::max<qsizetype>(0, name.size() - 4)) + extension;
+    return name;
+}
+
+// A chosen export name: without a full stop it gets the extension, otherwise its last
+// four characters become it ("x.jpeg" gives "x..jpg").
+QString ExportFileName(QString name, const QString& extension)
+{
+    if (!name.contains(u'.'))
+        return name + extension;
+    if (name.right(4).toLower() != extension)
+        name = name.left(name.size() - 4) + extension;
+    return name;
+}
+
+} // namespace velunta

@@ -1,0 +1,282 @@
+// Writing pictures: Save, Save As, the exports, the Properties box and the question
+// when a changed picture is closed. Every write goes through FileSaveAs.
+
+#include "shell/frmMain.h"
+
+#include "core/Prompt.h"
+#include "core/Numbers.h"
+#include "document/frmPaint.h"
+#include "files/BmpWriter.h"
+#include "files/DialogAPI.h"
+#include "files/FileNames.h"
+#include "files/FrmSaveJPGs.h"
+#include "files/GIF.h"
+#include "files/JpegWriter.h"
+#include "files/cDIBSection.h"
+#include "files/frmSaveGifs.h"
+#include "shell/ProgressStrip.h"
+#include "shell/Services.h"
+#include "widgets/Icons.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QPointer>
+#include <QToolButton>
+
+namespace velunta {
+
+namespace {
+
+// The program's error numbers for a refused write, by the system's reason.
+int errorNumberOf(const QString& reason)
+{
+    if (reason.contains(QStringLiteral("ermission")))
+        return 70;
+    if (reason.contains(QStringLiteral("No such file")))
+        return 76;
+    if (reason.contains(QStringLiteral("No space")))
+        return 61;
+    return 75;
+}
+
+} // namespace
+
+void frmMain::wireSaveCommands()
+{
+    wire(QStringLiteral("Save"), [this] { Save_Click(); });
+    wireCommand(2, [this] { Save_Click(); });
+    wire(QStringLiteral("SaveAs"), [this] { SaveAs_Click(); });
+    wire(QStringLiteral("mnuExportBMP"), [this] { mnuExportBMP_Click(); });
+    wire(QStringLiteral("mnuExportJPG"), [this] { mnuExportJPG_Click(); });
+    wire(QStringLiteral("mnuExportGif"), [this] { mnuExportGif_Click(); });
+    wire(QStringLiteral("mnuProperties"), [this] { mnuProperties_Click(); });
+    for (int i = 0; i < 4; ++i)
+        wire(QStringLiteral("mnuMrud(%1)").arg(i), [this, i] { mnuMrud_Click(i); });
+}
+
+void frmMain::Save_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    const QString name = form->doc.Buffer.Tag;
+    if (name.isEmpty()) {
+        SaveAs_Click();
+        return;
+    }
+    // ".jpeg" is not known here: such a file is written in the format last used.
+    SaveFilterIndex = FilterIndexOfName(name, SaveFilterIndex, false);
+    if (SaveFilterIndex == 1 || SaveFilterIndex == 3 || SaveFilterIndex == 4)
+        saveByFilter(name, SaveFilterIndex);
+    else
+        SaveAs_Click(); // a name whose format isn't one we write would be left unsaved without a word
+}
+
+void frmMain::SaveAs_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    const QString name = form->doc.Buffer.Tag;
+    SaveFilterIndex = FilterIndexOfName(name, SaveFilterIndex, true);
+    const QString chosen = ShowSaveDialog(m_services.dialogs, tr("Save As..."), QString(),
+                                          name.isEmpty() ? form->doc.CaptionName() : name, SaveFilterIndex);
+    if (chosen.size() <= 1)
+        return;
+    saveByFilter(SaveAsFileName(chosen, SaveFilterIndex), SaveFilterIndex); // All Files writes nothing
+}
+
+bool frmMain::saveByFilter(const QString& name, int filterIndex)
+{
+    int quality = 90; // an ordinary save of a JPEG is always at 90
+    switch (filterIndex) {
+    case 1:
+    case 2:
+        return FileSaveAs(name, 2, kNoColor, quality);
+    case 3:
+        return FileSaveAs(name, 1, kNoColor, quality);
+    case 4:
+        return FileSaveAs(name, 3, kNoColor, quality);
+    default:
+        return false;
+    }
+}
+
+bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentColor, int& quality)
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return false;
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    QCoreApplication::processEvents();
+    const QImage picture = form->doc.Buffer.Image().copy();
+    QString reason;
+    bool written = true;
+    if (format == 1) {
+        if (quality <= 0)
+            quality = 90;
+        cDIBSection dib;
+        dib.CreateFromPicture(picture);
+        if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &reason)) {
+            QApplication::restoreOverrideCursor();
+            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + reason, vbExclamation,
+                                     QStringLiteral("Velunta"));
+            m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName + QStringLiteral("'"),
+                                     vbExclamation, QStringLiteral("Velunta"));
+            return false;
+        }
+    } else if (format == 2) {
+        written = SaveBMP(picture, fileName, &reason);
+    } else if (format == 3 || format == 4) {
+        GIF gif;
+        m_progress->begin();
+        written = gif.SaveGIF(picture, fileName, format == 4, format == 4 ? transparentColor : kNoColor, &reason,
+                              m_progress->callback());
+        m_progress->end();
+    }
+    QApplication::restoreOverrideCursor();
+    if (!written) {
+        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(errorNumberOf(reason))
+                                     + QStringLiteral(" - ") + reason,
+                                 vbOKOnly, QStringLiteral("Velunta"));
+        return false;
+    }
+    Document& doc = form->doc;
+    doc.Buffer.Tag = fileName;
+    // The window's name follows too, so "Undo to last saved image" goes back to this file.
+    doc.Name = fileName;
+    doc.SetCaption(fileName);
+    doc.SetDirtyFalse();
+    enable(QStringLiteral("mnuundorevert"), true);
+    MRUDlist(2, fileName);
+    return true;
+}
+
+void frmMain::mnuExportBMP_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    int index = 1;
+    QString name = ShowSaveDialog(m_services.dialogs, tr("Export As BMP..."), QStringLiteral("BMP"),
+                                  ExportProposal(form->doc.Caption, QStringLiteral(".bmp")), index);
+    if (name.isEmpty())
+        return;
+    int quality = 0;
+    FileSaveAs(ExportFileName(name, QStringLiteral(".bmp")), 2, kNoColor, quality);
+}
+
+void frmMain::mnuExportJPG_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    FrmSaveJPGs dialog(LastJpegQuality, m_services.prompt, this);
+    if (dialog.exec() != QDialog::Accepted)
+        return;
+    LastJpegQuality = dialog.quality();
+    int index = 1;
+    const QString name = ShowSaveDialog(m_services.dialogs, tr("Export As JPG..."), QStringLiteral("JPG"),
+                                        ExportProposal(form->doc.Caption, QStringLiteral(".jpg")), index);
+    if (name.isEmpty())
+        return;
+    int quality = dialog.quality();
+    FileSaveAs(ExportFileName(name, QStringLiteral(".jpg")), 1, kNoColor, quality);
+}
+
+void frmMain::mnuExportGif_Click()
+{
+    // The dialog stays open beside the picture, so the eyedropper can pick its colour there.
+    auto* dialog = new frmSaveGifs([this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; },
+                                   this);
+    dialog->Command3()->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(8); });
+    connect(dialog, &frmSaveGifs::saveRequested, this, [this](Color colour) {
+        guarded("Export As GIF", [&] {
+            frmPaint* form = activeDocument();
+            if (!form)
+                return;
+            int index = 1;
+            const QString name = ShowSaveDialog(m_services.dialogs, tr("Export As GIF..."), QStringLiteral("GIF"),
+                                                ExportProposal(form->doc.Caption, QStringLiteral(".gif")), index);
+            if (name.isEmpty())
+                return;
+            int quality = 90;
+            FileSaveAs(ExportFileName(name, QStringLiteral(".gif")), colour >= 0 ? 4 : 3, colour, quality);
+        });
+    });
+    dialog->show();
+}
+
+void frmMain::mnuProperties_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    const Document& doc = form->doc;
+    QString name = doc.Buffer.Tag;
+    const QFileInfo info(name);
+    const double size = !name.isEmpty() && info.isFile() ? double(info.size()) : -1;
+    QString suffix, shown;
+    if (size <= 0) {
+        suffix = QStringLiteral(" N/A");
+    } else if (size < 1000) {
+        suffix = QStringLiteral(" Bytes");
+        shown = QString::number(qint64(size));
+    } else if (size < 1000000) {
+        suffix = QStringLiteral(" Kb");
+        shown = QString::number(qint64(size / 1000));
+    } else {
+        suffix = QStringLiteral(" Mb");
+        shown = QString::number(qint64(size / 1000000));
+    }
+    if (name.size() < 2)
+        name = QStringLiteral("Untitled.bmp");
+    const QString crlf = QStringLiteral("\r\n");
+    const QString text = QStringLiteral("Filename = ") + name + crlf + crlf
+                         + (size <= 0 ? QString(QStringLiteral("Filesize = - ") + suffix)
+                                      : QString(QStringLiteral("Filesize = ") + shown + suffix))
+                         + crlf + QStringLiteral("Width = ") + QString::number(doc.Buffer.ScaleWidth()) + crlf
+                         + QStringLiteral("Height = ") + QString::number(doc.Buffer.ScaleHeight()) + crlf
+                         + QStringLiteral("Image type = ") + Trim(name).right(3).toUpper() + crlf;
+    m_services.prompt.MsgBox(text, vbInformation, QStringLiteral("Properties: ") + doc.Buffer.Tag);
+}
+
+bool frmMain::FormQueryUnload(frmPaint& form)
+{
+    Document& doc = form.doc;
+    if (!doc.Dirty)
+        return true;
+    const int answer = m_services.prompt.MsgBox(
+        tr("The image has been changed.") + QStringLiteral("\n\n") + tr("Do you wish to save the changes?"), 0x34,
+        tr("The image has been changed"));
+    if (answer != vbYes)
+        return true;
+    // The window may not be the active one when it is closed from its own frame.
+    QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form.parentWidget());
+    if (sw && mdiArea()->activeSubWindow() != sw)
+        mdiArea()->setActiveSubWindow(sw);
+    bool saved = false;
+    // The picture is written in the format its name says, BMP when it names none we write.
+    if (!doc.Buffer.Tag.isEmpty()) {
+        saved = saveByFilter(doc.Buffer.Tag, FilterIndexOfName(doc.Buffer.Tag, 1, true));
+    } else {
+        int index = SaveFilterIndex;
+        const QString chosen =
+            ShowSaveDialog(m_services.dialogs, tr("Save As..."), QString(), doc.CaptionName(), index);
+        if (chosen.size() > 1) {
+            SaveFilterIndex = index;
+            saved = saveByFilter(SaveAsFileName(chosen, index), index == 5 ? 1 : index);
+        }
+    }
+    if (saved)
+        return true;
+    return m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") + tr("Close the image anyway?"),
+                                    0x44, tr("Save"))
+           == vbYes;
+}
+
+} // namespace velunta
