@@ -6,6 +6,7 @@
 #include "core/Surface.h"
 #include "document/Overlays.h"
 
+#include <QImage>
 #include <QString>
 #include <QVector>
 
@@ -84,6 +85,10 @@ public:
     bool SelectionMarker = false;
     bool PendingText = false;
     bool BuffersChanged = false; // a stroke changed the picture: the release records it for undo
+    // The selection's pixels float over the picture (SelectedBack holds what lies under them).
+    bool SelectionLifted = false;
+    // The float's own pixels while its transparent or blend option shows a preview; null otherwise.
+    QImage FloatOriginal;
     // The selection's origin in view pixels as last placed.
     int SelectionViewX = 0;
     int SelectionViewY = 0;

@@ -29,6 +29,8 @@ int UndoStep(UndoState& undo, Document& doc, const std::function<void()>& revert
 {
     undo.UndoSuppressed = true;
     doc.SelectArea.Visible = false;
+    doc.SelectionLifted = false;
+    doc.FloatOriginal = QImage();
     const int filled = FilledUndoSlots(doc);
     undo.UndoCursor = undo.UndoCursor + 1;
     if (undo.UndoCursor > filled) {

@@ -133,6 +133,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     wireFileMenu();
     wireEditMenu();
     wireSaveCommands();
+    wireClipboard();
     wireViewMenu();
     wireWindowMenu();
     wireHelpMenu();

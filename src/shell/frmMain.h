@@ -70,6 +70,22 @@ public:
     void SaveUndoBitmap();
     void mnuundorevert_Click();
 
+    // Selection and clipboard.
+    void Copy_Click();
+    void Cut_Click();
+    void Paste_Click();
+    void PasteSpecial_Click();
+    void SelectAll_Click();
+    void ClearSelection_Click();
+    // The floating selection's options: the key colour made transparent and the blend
+    // over what lies under it (ratio 0..255), previewed over the float's own pixels.
+    bool PreviewSelectionOptions(bool transparent, Color key, bool blend, int ratio);
+    void ApplyToSelection();
+    void CancelSelectionOptions();
+    void RemoveSelection();
+    // The picture on the clipboard, or a null image.
+    QImage clipboardPicture() const;
+
     // Files.
     void Save_Click();
     void SaveAs_Click();
@@ -176,6 +192,7 @@ private:
     void wireWindowMenu();
     void wireHelpMenu();
     void wireSaveCommands();
+    void wireClipboard();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);
     void placeToolButtons();

@@ -8,6 +8,7 @@
 #include "files/DialogAPI.h"
 #include "files/PictureLoader.h"
 #include "shell/Services.h"
+#include "tools/Selection.h"
 
 #include <QFileInfo>
 #include <QToolButton>
@@ -42,7 +43,7 @@ void frmMain::Undo_Click()
     frmPaint* form = activeDocument();
     if (!form)
         return;
-    form->doc.SelectArea.Visible = false;
+    DropSelection(form->doc);
     // A pending resize undo always goes first.
     if (action(QStringLiteral("UndoResize"))->isEnabled()) {
         UndoResize_Click();

@@ -8,6 +8,7 @@
 #include "core/Numbers.h"
 #include "document/frmPaint.h"
 #include "tools/PointerPipeline.h"
+#include "tools/Selection.h"
 #include "tools/frmControls.h"
 
 #include <QCheckBox>
@@ -62,9 +63,8 @@ void frmMain::Cmd_DblClick(int index)
 {
     frmPaint* form = activeDocument();
     if (index == 0 && form && form->doc.SelectArea.Visible) {
-        form->doc.SelectArea.Visible = false;
+        DropSelection(form->doc);
         ShowCursorPanel(false);
-        form->invalidateView();
         ValidateMenus();
     }
 }

@@ -4,6 +4,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "tools/DrawState.h"
+#include "tools/Selection.h"
 #include "tools/SimplePaints.h"
 #include "tools/ToolHost.h"
 
@@ -97,10 +98,11 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         if (doc.SelectArea.Visible) {
             const Surface& sel = doc.BufferSelected;
             if (sel.CurrentX < 0 || sel.CurrentY < 0 || sel.CurrentX > sel.Width() || sel.CurrentY > sel.Height()) {
-                doc.SelectArea.Visible = false;
+                DropSelection(doc);
                 doc.SelectionMarker = false;
                 ctx.host.SetAreaText(QStringLiteral("0 x 0"));
-                doc.invalidateView();
+                ctx.host.ShowCursorPanel(false);
+                ctx.host.ValidateMenus();
             }
         }
         doc.StartX = I4(ix);
@@ -272,8 +274,8 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
     switch (keyCode) {
     case kKeyEscape:
         if (doc.SelectArea.Visible && !doc.Dirty) {
-            doc.SelectArea.Visible = false;
-            doc.invalidateView();
+            DropSelection(doc);
+            ctx.host.ValidateMenus();
         } else if (ctx.host.UndoEnabled()) {
             ctx.host.Undo_Click();
         }
@@ -282,7 +284,7 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
         return; // stays free for Ctrl+C
     case kKeyControl:
         if (doc.SelectArea.Visible) {
-            doc.SelectionMarker = true;
+            doc.SelectionLifted = true; // the pointer tool now moves the float
             ctx.host.SelectTool(0);
             ctx.host.Cmd_Click(0);
         } else {

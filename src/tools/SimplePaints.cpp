@@ -5,6 +5,7 @@
 #include "document/Document.h"
 #include "tools/DrawState.h"
 #include "tools/Pencil.h"
+#include "tools/Selection.h"
 #include "tools/ToolHost.h"
 
 namespace velunta {
@@ -18,6 +19,12 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     if (st.CurrentTool > 19 || st.CurrentTool < 0)
         return;
     switch (st.CurrentTool) {
+    case 0:
+        MoveSelection(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 5:
+        SelectAreaStroke(ctx, doc, surface, x, y, zoom, drawing);
+        break;
     case 1:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
         break;

@@ -1,0 +1,159 @@
+// The Edit menu's selection and clipboard commands, their copies on the Image menu
+// and the toolbar, and the floating selection's transparent and blend options.
+
+#include "shell/frmMain.h"
+
+#include "document/frmPaint.h"
+#include "shell/ProgressStrip.h"
+#include "tools/Selection.h"
+#include "tools/frmControls.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMdiSubWindow>
+#include <QMimeData>
+
+namespace velunta {
+
+void frmMain::wireClipboard()
+{
+    wire(QStringLiteral("Copy"), [this] { Copy_Click(); });
+    wire(QStringLiteral("mnuImgCopy"), [this] { Copy_Click(); });
+    wireCommand(3, [this] { Copy_Click(); });
+    wire(QStringLiteral("Cut"), [this] { Cut_Click(); });
+    wire(QStringLiteral("mnuImgCut"), [this] { Cut_Click(); });
+    wireCommand(4, [this] { Cut_Click(); });
+    wire(QStringLiteral("Paste"), [this] { Paste_Click(); });
+    wire(QStringLiteral("mnuImgPaste"), [this] { Paste_Click(); });
+    wireCommand(6, [this] { Paste_Click(); });
+    wire(QStringLiteral("PasteSpecial"), [this] { PasteSpecial_Click(); });
+    wire(QStringLiteral("SelectAll"), [this] { SelectAll_Click(); });
+    wire(QStringLiteral("ClearSelection"), [this] { ClearSelection_Click(); });
+    wire(QStringLiteral("mnugrabmask"), [this] { Cmd_Click(0); });
+}
+
+QImage frmMain::clipboardPicture() const
+{
+    const QMimeData* data = QApplication::clipboard()->mimeData();
+    if (!data || !data->hasImage())
+        return QImage();
+    return qvariant_cast<QImage>(data->imageData()).convertToFormat(QImage::Format_RGB32);
+}
+
+void frmMain::Copy_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form || !form->doc.SelectArea.Visible)
+        return;
+    // The picture only: the marquee is no part of it.
+    QApplication::clipboard()->setImage(form->doc.BufferSelected.Image().copy());
+    ValidateMenus();
+}
+
+void frmMain::Cut_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form || !form->doc.SelectArea.Visible)
+        return;
+    PrepUndo();
+    form->doc.SelectionLifted = false;
+    QApplication::clipboard()->setImage(form->doc.BufferSelected.Image().copy());
+    FillSelection(form->doc, m_state.BackColor);
+    DropSelection(form->doc);
+    form->doc.SetDirtyTrue();
+    ShowCursorPanel(false);
+    ValidateMenus();
+}
+
+void frmMain::ClearSelection_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form || !form->doc.SelectArea.Visible)
+        return;
+    PrepUndo();
+    FillSelection(form->doc, m_state.BackColor);
+    form->doc.SelectArea.Visible = false;
+    form->doc.FloatOriginal = QImage();
+    form->doc.SetDirtyTrue();
+    form->invalidateView();
+    ShowCursorPanel(false);
+    ValidateMenus();
+}
+
+void frmMain::Paste_Click()
+{
+    frmPaint* form = activeDocument();
+    const QImage picture = clipboardPicture();
+    if (!form || picture.isNull())
+        return;
+    PrepUndo();
+    PlaceFloat(form->doc, picture);
+    form->doc.SetDirtyTrue();
+    // Strokes on the pasted float record no undo steps until the next tool change.
+    m_undo.UndoDisabled = true;
+    ValidateMenus();
+}
+
+void frmMain::PasteSpecial_Click()
+{
+    const QImage picture = clipboardPicture();
+    if (picture.isNull())
+        return;
+    frmPaint* form = createDocument();
+    try {
+        form->doc.CreatePicture(picture.width() + 2, picture.height() + 2, 0xFFFFFF);
+        form->doc.Buffer.setImage(picture);
+    } catch (const AllocationError&) {
+        form->closeWithoutQuestion();
+        throw;
+    }
+    form->doc.Name = QStringLiteral("Untitled");
+    form->doc.SetCaption(QStringLiteral("Untitled"));
+    showDocument(form, false);
+}
+
+void frmMain::SelectAll_Click()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    SelectAll(form->doc);
+    ValidateMenus();
+}
+
+bool frmMain::PreviewSelectionOptions(bool transparent, Color key, bool blend, int ratio)
+{
+    frmPaint* form = activeDocument();
+    if (!form || !form->doc.SelectArea.Visible)
+        return false;
+    m_progress->begin();
+    const bool done = PreviewFloat(form->doc, transparent, key, blend, ratio, m_progress->callback());
+    m_progress->end();
+    form->doc.SetDirtyTrue();
+    return done;
+}
+
+void frmMain::ApplyToSelection()
+{
+    if (frmPaint* form = activeDocument())
+        KeepFloatPreview(form->doc);
+}
+
+void frmMain::CancelSelectionOptions()
+{
+    if (frmPaint* form = activeDocument())
+        CancelFloatPreview(form->doc);
+}
+
+void frmMain::RemoveSelection()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    DropSelection(form->doc);
+    ShowCursorPanel(false);
+    SetAreaText(QStringLiteral("0 x 0"));
+    ValidateMenus();
+}
+
+} // namespace velunta
