@@ -82,7 +82,8 @@ void frmMain::ValidateMenus()
         m_undoEnabled = false;
         m_undo.reset();
     }
-    m_colorStrip->setPaletteEnabled(form != nullptr);
+    if (m_colorStrip)
+        m_colorStrip->setPaletteEnabled(form != nullptr);
     // New and Open stand ready with or without a document.
     enableCommand(0, true);
     enableCommand(1, true);
@@ -129,7 +130,8 @@ void frmMain::KidsMode()
     placeToolButtons();
     m_chkDetailEdit->setVisible(!kids);
     m_chkSnapGrid->setVisible(!kids);
-    m_colorStrip->setKidsMode(kids);
+    if (m_colorStrip)
+        m_colorStrip->setKidsMode(kids);
     action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
 }
 
