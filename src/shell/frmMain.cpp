@@ -110,7 +110,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     buildMenus();
     buildCommandBar();
     buildToolStrip();
-    buildColorStrip();
+    wireColors();
 
     auto* coordsLayout = new QHBoxLayout(coords);
     coordsLayout->setContentsMargins(6, 2, 6, 2);

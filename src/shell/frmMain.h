@@ -28,6 +28,7 @@ class QGridLayout;
 
 namespace velunta {
 
+class ColorStrip;
 class frmControls;
 class frmPaint;
 class ProgressStrip;
@@ -104,6 +105,19 @@ public:
     void SaveRecentFiles();
     void mnuHideToolbar_Click();
     void TestDoEvents();
+
+    // Colours (the strip in the right bar).
+    void SetColorBars();
+    QString ColorToHTML(Color c) const { return velunta::ColorToHTML(c); }
+    // Kept for its callers: the gradient preview follows the colours by itself.
+    void DrawGradients() {}
+    void SelColor_MouseDown(int index, int button);
+    int GetSelectedColor() const;
+    // Reduces the picture, or the floating selection, to the strip's colours.
+    void ChangePalette();
+    // The active document's pen takes the foreground colour.
+    void ApplyColors();
+    ColorStrip* colorStrip() const { return m_colorStrip; }
 
     // Fields of the window.
     bool StartBlankPage = false;
@@ -184,7 +198,7 @@ private:
     void buildMenus();
     void buildCommandBar();
     void buildToolStrip();
-    void buildColorStrip();
+    void wireColors();
     void buildStatus();
     void wireFileMenu();
     void wireEditMenu();
@@ -221,7 +235,7 @@ private:
     QWidget* m_leftBar = nullptr;
     QGridLayout* m_toolGrid = nullptr;
     QWidget* m_rightBar = nullptr;
-    QFrame* m_selColor[2] = {nullptr, nullptr};
+    ColorStrip* m_colorStrip = nullptr;
     frmControls* m_controls = nullptr;
     ProgressStrip* m_progress = nullptr;
     QLabel* m_lblCoords = nullptr;

@@ -1,4 +1,4 @@
-// The command toolbar, the tool strip and the colour strip of the main window.
+// The command toolbar and the tool strip of the main window.
 
 #include "shell/frmMain.h"
 
@@ -211,36 +211,6 @@ void frmMain::placeToolButtons()
         m_toolGrid->addWidget(m_tools[i], row, col);
     }
     m_tools[17]->setVisible(!kids);
-}
-
-void frmMain::buildColorStrip()
-{
-    auto* layout = new QVBoxLayout(m_rightBar);
-    layout->setContentsMargins(6, 8, 6, 8);
-    auto* swatches = new QWidget(m_rightBar);
-    swatches->setFixedSize(64, 56);
-    for (int i = 0; i < 2; ++i) {
-        m_selColor[i] = new QFrame(swatches);
-        m_selColor[i]->setObjectName(QStringLiteral("SelColor(%1)").arg(i));
-        m_selColor[i]->setFrameShape(QFrame::Box);
-        m_selColor[i]->setGeometry(i == 0 ? 4 : 22, i == 0 ? 4 : 20, 34, 30);
-        m_selColor[i]->setToolTip(i == 0 ? tr("Foreground colour (left button)") : tr("Background colour (right button)"));
-    }
-    m_selColor[0]->raise();
-    layout->addWidget(swatches);
-    layout->addStretch(1);
-    ColorsChanged();
-}
-
-void frmMain::ColorsChanged()
-{
-    for (int i = 0; i < 2; ++i)
-        if (m_selColor[i])
-            m_selColor[i]->setStyleSheet(
-                QStringLiteral("QFrame { background: %1; border: 1px solid rgb(60,60,60); }")
-                    .arg(ToQColor(i == 0 ? m_state.ForeColor : m_state.BackColor).name()));
-    if (m_controls)
-        m_controls->ColorsChanged();
 }
 
 } // namespace velunta

@@ -5,6 +5,7 @@
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
+#include "widgets/ColorStrip.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -81,6 +82,8 @@ void frmMain::ValidateMenus()
         m_undoEnabled = false;
         m_undo.reset();
     }
+    if (m_colorStrip)
+        m_colorStrip->setPaletteEnabled(form != nullptr);
     // New and Open stand ready with or without a document.
     enableCommand(0, true);
     enableCommand(1, true);
@@ -127,6 +130,8 @@ void frmMain::KidsMode()
     placeToolButtons();
     m_chkDetailEdit->setVisible(!kids);
     m_chkSnapGrid->setVisible(!kids);
+    if (m_colorStrip)
+        m_colorStrip->setKidsMode(kids);
     action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
 }
 

@@ -1,0 +1,101 @@
+// The colour strip in the main window: the working colours reach the documents and
+// the tool panels from here, and the strip's palette can be laid on the picture.
+
+#include "shell/frmMain.h"
+
+#include "document/frmPaint.h"
+#include "shell/Services.h"
+#include "tools/frmControls.h"
+#include "widgets/ColorMath.h"
+#include "widgets/ColorStrip.h"
+
+#include <QApplication>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+namespace velunta {
+
+void frmMain::wireColors()
+{
+    auto* layout = new QVBoxLayout(m_rightBar);
+    layout->setContentsMargins(0, 0, 0, 0);
+    // A short window scrolls the strip rather than squeezing it.
+    auto* scroll = new QScrollArea(m_rightBar);
+    scroll->setObjectName(QStringLiteral("ColorsBg"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setStyleSheet(
+        QStringLiteral("#ColorsBg, #ColorsBg > QWidget > QWidget { background: transparent; }"));
+    m_colorStrip = new ColorStrip(m_state.ForeColor, m_state.BackColor, m_state.SelIndex);
+    scroll->setWidget(m_colorStrip);
+    scroll->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+    scroll->setFixedWidth(m_colorStrip->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width());
+    layout->addWidget(scroll);
+
+    m_colorStrip->setUserColorsFile(m_services.AppFolder + QStringLiteral("UserColors.ini"));
+    m_colorStrip->LoadUserColors();
+    connect(m_colorStrip, &ColorStrip::colorsChanged, this, [this] {
+        ApplyColors();
+        if (m_controls)
+            m_controls->ColorsChanged();
+    });
+    connect(m_colorStrip, &ColorStrip::reduceToPaletteRequested, this,
+            [this] { guarded("ChangePalette", [this] { ChangePalette(); }); });
+    ApplyColors();
+}
+
+void frmMain::ColorsChanged()
+{
+    // Someone else (the colour picker, say) changed the draw state: the strip shows it,
+    // and its signal brings the documents and panels along.
+    if (m_colorStrip)
+        m_colorStrip->refresh();
+    else if (m_controls)
+        m_controls->ColorsChanged();
+}
+
+void frmMain::ApplyColors()
+{
+    if (frmPaint* form = activeDocument())
+        form->doc.Buffer.ForeColor = m_state.ForeColor;
+}
+
+void frmMain::SetColorBars()
+{
+    m_colorStrip->SetColorBars();
+}
+
+void frmMain::SelColor_MouseDown(int index, int button)
+{
+    m_colorStrip->SelColor_MouseDown(index, button);
+}
+
+int frmMain::GetSelectedColor() const
+{
+    return m_colorStrip->GetSelectedColor();
+}
+
+void frmMain::ChangePalette()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    Document& doc = form->doc;
+    PrepUndo();
+    // Only the undo ring keeps the old colours: the resize undo file is left alone, so
+    // "Undo Resize" still brings back the picture before the resize.
+    Surface& target = doc.SelectArea.Visible ? doc.BufferSelected : doc.Buffer;
+    setEnabled(false);
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+    ReduceToPalette(target.Image(), m_colorStrip->palette());
+    target.touchAll();
+    doc.Buffer.touchAll();
+    QApplication::restoreOverrideCursor();
+    setEnabled(true);
+    UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
+    form->invalidateView();
+    doc.SetDirtyTrue();
+}
+
+} // namespace velunta
