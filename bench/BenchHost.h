@@ -23,6 +23,7 @@ public:
     void PaintAreaMouseDown(frmPaint&, int, int, float, float) override {}
     void PaintAreaMouseMove(frmPaint&, int, int, float, float) override {}
     void PaintAreaMouseUp(frmPaint&, int, int, float, float) override {}
+    void PaintAreaWheelZoom(frmPaint&, bool, float, float) override {}
     void FormKeyDown(frmPaint&, int, int) override {}
     void FormKeyUp(frmPaint&, int, int) override {}
     bool FormQueryUnload(frmPaint&) override { return true; }

@@ -33,6 +33,29 @@ void Document::CreatePicture(int outerWidth, int outerHeight, Color background)
     Buffer.Cls();
 }
 
+void Document::DrawGrid(int stepX, int stepY, Color colour)
+{
+    if (colour <= 0)
+        colour = RGB(240, 240, 240);
+    if (GridIsShown) {
+        GridColumns.clear();
+        GridRows.clear();
+        GridIsShown = false;
+        invalidateView();
+        return;
+    }
+    const int width = view.paintWidth - 2, height = view.paintHeight - 2;
+    if (stepX >= 1)
+        for (int x = stepX; x < width; x += stepX)
+            GridColumns.append(x);
+    if (stepY >= 1)
+        for (int y = stepY; y < height; y += stepY)
+            GridRows.append(y);
+    GridColor = colour;
+    GridIsShown = true;
+    invalidateView();
+}
+
 void Document::invalidateImageRect(const QRect& r)
 {
     if (viewWindow && !r.isEmpty())

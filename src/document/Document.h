@@ -118,6 +118,11 @@ public:
     // Creates the picture surfaces for an outer size (picture + 2) filled with one colour.
     void CreatePicture(int outerWidth, int outerHeight, Color background);
 
+    // The grid as a toggle: with lines shown it removes them; otherwise it lays lines every
+    // stepX and stepY view pixels over the view (a colour of 0 or less is light grey). The
+    // steps are in view pixels, so they keep their distance on the screen at every zoom.
+    void DrawGrid(int stepX, int stepY, Color colour);
+
     // Requests to the window, dropped without one.
     void invalidateImageRect(const QRect& r);
     void invalidateView();

@@ -15,6 +15,8 @@ public:
     virtual void PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y) = 0;
     virtual void PaintAreaMouseMove(frmPaint& form, int button, int shift, float x, float y) = 0;
     virtual void PaintAreaMouseUp(frmPaint& form, int button, int shift, float x, float y) = 0;
+    // Ctrl and the wheel: one zoom step in or out around the view position x, y.
+    virtual void PaintAreaWheelZoom(frmPaint& form, bool in, float x, float y) = 0;
     virtual void FormKeyDown(frmPaint& form, int keyCode, int shift) = 0;
     virtual void FormKeyUp(frmPaint& form, int keyCode, int shift) = 0;
     // Form_Unload: false keeps the window open.

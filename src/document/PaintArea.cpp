@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace velunta {
 
@@ -108,6 +109,9 @@ void PaintArea::paintEvent(QPaintEvent* event)
         const double z = doc.ZoomFactor / 100.0;
         if (doc.ZoomFactor == 100.0) {
             p.drawImage(area.topLeft(), image, area.translated(-1, -1));
+        } else if (doc.ZoomFactor < 100.0) {
+            ensureScaled();
+            p.drawImage(area.topLeft(), m_scaled, area.translated(-1, -1));
         } else {
             // Only the exposed part is sampled: view pixel v shows picture pixel v / z.
             const int sx0 = std::clamp(int(std::floor((area.left() - 1) / z)), 0, image.width() - 1);
@@ -130,6 +134,44 @@ void PaintArea::paintEvent(QPaintEvent* event)
         killTimer(m_antsTimer);
         m_antsTimer = 0;
     }
+}
+
+void PaintArea::ensureScaled()
+{
+    const QSize size(std::max(0, width() - 2), std::max(0, height() - 2));
+    if (m_scaled.size() == size && !m_scaled.isNull())
+        return;
+    m_scaled = QImage(size, QImage::Format_RGB32);
+    if (m_scaled.isNull())
+        return;
+    rescale(m_scaled.rect());
+}
+
+void PaintArea::rescale(const QRect& viewRect)
+{
+    const QImage& image = m_form.doc.Buffer.Image();
+    const QRect r = viewRect & m_scaled.rect();
+    if (r.isEmpty() || image.isNull())
+        return;
+    // Nearest sampling: view pixel v shows picture pixel v / z.
+    const double k = 100.0 / m_form.doc.ZoomFactor;
+    std::vector<int> columns(size_t(r.width()));
+    for (int i = 0; i < r.width(); ++i)
+        columns[size_t(i)] = std::min(image.width() - 1, int((r.left() + i) * k));
+    for (int vy = r.top(); vy <= r.bottom(); ++vy) {
+        const auto* src = reinterpret_cast<const QRgb*>(image.constScanLine(std::min(image.height() - 1, int(vy * k))));
+        auto* dst = reinterpret_cast<QRgb*>(m_scaled.scanLine(vy)) + r.left();
+        for (int i = 0; i < r.width(); ++i)
+            dst[i] = src[columns[size_t(i)]];
+    }
+}
+
+void PaintArea::invalidateImage(const QRect& imageRect)
+{
+    const QRect view = viewRectForImage(imageRect);
+    if (m_form.doc.ZoomFactor < 100.0 && !m_scaled.isNull())
+        rescale(view.translated(-1, -1));
+    update(view);
 }
 
 void PaintArea::paintOverlays(QPainter& p)

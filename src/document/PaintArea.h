@@ -16,6 +16,10 @@ public:
 
     // The view rectangle (widget coordinates) that shows a rectangle of the picture.
     QRect viewRectForImage(const QRect& imageRect) const;
+    // Repaints the part that shows a changed rectangle of the picture.
+    void invalidateImage(const QRect& imageRect);
+    // Below 100 % the view keeps the whole picture scaled once; a realign drops it.
+    void dropScaledPicture() { m_scaled = QImage(); }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -30,6 +34,9 @@ protected:
 
 private:
     void paintOverlays(QPainter& p);
+    void ensureScaled();
+    void rescale(const QRect& viewRect);
+    QImage m_scaled;
     int m_antsTimer = 0;
     int m_antsOffset = 0;
     frmPaint& m_form;

@@ -157,13 +157,11 @@ void frmPaint::RealignZoom(double ratioY, double ratioX)
         doc.SelectionViewY = I2(doc.SelectArea.Top / 100 * 100);
     }
     setUpdatesEnabled(true);
+    m_paintArea->dropScaledPicture();
     m_paintArea->update();
 }
 
-void frmPaint::invalidateImageRect(const QRect& imageRect)
-{
-    m_paintArea->update(m_paintArea->viewRectForImage(imageRect));
-}
+void frmPaint::invalidateImageRect(const QRect& imageRect) { m_paintArea->invalidateImage(imageRect); }
 
 void frmPaint::invalidateView() { m_paintArea->update(); }
 
@@ -208,8 +206,16 @@ void frmPaint::closeEvent(QCloseEvent* event)
 
 void frmPaint::wheelEvent(QWheelEvent* event)
 {
-    QScrollBar* bar = (event->modifiers() & Qt::ShiftModifier) ? m_hScroll : m_vScroll;
     const int steps = event->angleDelta().y() / 120;
+    if (event->modifiers() & Qt::ControlModifier) {
+        // Ctrl and the wheel zoom by the zoom tool's steps, around the pointer.
+        const QPointF p = m_paintArea->mapFrom(this, event->position()) - QPointF(1, 1);
+        if (steps != 0)
+            m_host.PaintAreaWheelZoom(*this, steps > 0, float(p.x()), float(p.y()));
+        event->accept();
+        return;
+    }
+    QScrollBar* bar = (event->modifiers() & Qt::ShiftModifier) ? m_hScroll : m_vScroll;
     bar->setValue(bar->value() - steps * bar->singleStep() * 3);
     event->accept();
 }

@@ -32,6 +32,7 @@ class ColorStrip;
 class frmControls;
 class frmPaint;
 class ProgressStrip;
+struct GridSettings;
 struct Services;
 
 // The size of the blank page at start: the room beside the bars, or 640 x 480 and its
@@ -104,6 +105,11 @@ public:
     // Writes the recent files to the settings store.
     void SaveRecentFiles();
     void mnuHideToolbar_Click();
+    void mnuZooms_Click(int index);
+    void mnuView_Click();
+    void mnuGuideLineStyles_Click(int index);
+    void menuExGridSetup_Click();
+    void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
     // Colours (the strip in the right bar).
@@ -130,6 +136,7 @@ public:
     int GuideLinesColor = 0x808080;
     int GuideLineStyle = 2;
     int GridColor = 0xF0F0F0;
+    bool GridConstrain = false;
     // The save dialog's filter index and the format of Save: 1, 2 BMP, 3 JPEG, 4 GIF, 5 all files.
     int SaveFilterIndex = 0;
     // The JPEG quality last used in this run, if any.
@@ -179,6 +186,7 @@ public:
     void PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y) override;
     void PaintAreaMouseMove(frmPaint& form, int button, int shift, float x, float y) override;
     void PaintAreaMouseUp(frmPaint& form, int button, int shift, float x, float y) override;
+    void PaintAreaWheelZoom(frmPaint& form, bool in, float x, float y) override;
     void FormKeyDown(frmPaint& form, int keyCode, int shift) override;
     void FormKeyUp(frmPaint& form, int keyCode, int shift) override;
     bool FormQueryUnload(frmPaint& form) override;
@@ -206,6 +214,7 @@ private:
     void wireWindowMenu();
     void wireHelpMenu();
     void wireSaveCommands();
+    void applyGuideLines();
     void wireClipboard();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);

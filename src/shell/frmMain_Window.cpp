@@ -1,4 +1,4 @@
-// The View toggles, the Window menu and the Help menu.
+// The Window menu and the Help menu.
 
 #include "shell/frmMain.h"
 
@@ -13,20 +13,6 @@
 #include <algorithm>
 
 namespace velunta {
-
-void frmMain::wireViewMenu()
-{
-    wire(QStringLiteral("mnuHideToolbar"), [this] { mnuHideToolbar_Click(); });
-    wire(QStringLiteral("mnustartblankpage"),
-         [this] { StartBlankPage = action(QStringLiteral("mnustartblankpage"))->isChecked(); });
-    wire(QStringLiteral("mnumaximizeonopen"),
-         [this] { MaximizeOnOpen = action(QStringLiteral("mnumaximizeonopen"))->isChecked(); });
-    wire(QStringLiteral("mnuKidsMode"), [this] { KidsMode(); });
-    wire(QStringLiteral("mnufitbigimages"),
-         [this] { FitBigImages = action(QStringLiteral("mnufitbigimages"))->isChecked(); });
-    for (const QString& name : {QStringLiteral("mnuHideToolbar"), QStringLiteral("mnuKidsMode")})
-        action(name)->setEnabled(true);
-}
 
 namespace {
 

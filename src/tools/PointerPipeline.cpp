@@ -18,12 +18,13 @@ bool snapWanted(const DrawState& st, const Document& doc) { return st.SnapToGrid
 
 QString joined(int a, int b, const char* sep) { return QString::number(a) + QLatin1String(sep) + QString::number(b); }
 
-// The zoom tool: left steps in (10 below 100, 100 from there), anything else out.
-void zoomToolStep(ToolContext& ctx, Document& doc, int button, float x, float y)
+} // namespace
+
+void ZoomToolStep(ToolContext& ctx, Document& doc, bool in, float x, float y)
 {
     const double z = doc.ZoomFactor;
     double next = z;
-    if (button == kLeftButton) {
+    if (in) {
         if (z >= doc.ZoomLimit)
             return;
         next = z < 100 ? z + 10 : z + 100;
@@ -45,8 +46,6 @@ void zoomToolStep(ToolContext& ctx, Document& doc, int button, float x, float y)
     }
     ctx.host.ClearZoomOptions();
 }
-
-} // namespace
 
 double ViewToImage(double view, double zoom) { return (view - zoom / 200.0) / zoom * 100.0; }
 
@@ -218,7 +217,7 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
             ctx.host.ValidateMenus();
     }
     if (tool == 2 && button != kNoButton)
-        zoomToolStep(ctx, doc, button, x, y);
+        ZoomToolStep(ctx, doc, button == kLeftButton, x, y);
     if (tool == 8) {
         const int last = st.LastTool;
         if (last != 0 && last != 5 && last != 7 && last != 2 && last != 17)

@@ -34,6 +34,11 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
 void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift, float x, float y);
 void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, float x, float y);
 
+// One step of the zoom tool: in (the left button) by 10 below 100 and by 100 from
+// there up to the document's limit, out by the same steps down to 10. The point x, y
+// of the view keeps its share of the scroll bars.
+void ZoomToolStep(ToolContext& ctx, Document& doc, bool in, float x, float y);
+
 void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift);
 void Form_KeyUp(ToolContext& ctx, Document& doc, int keyCode, int shift);
 
