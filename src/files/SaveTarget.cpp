@@ -1,0 +1,111 @@
+#include "files/SaveTarget.h"
+
+namespace velunta {
+
+SaveTarget::SaveTarget(const QString& path) : m_file(path)
+{
+    // Never write in place: without the temporary file a failure half way would
+    // destroy the picture that was there.
+    m_file.setDirectWriteFallback(false);
+}
+
+SaveTarget::~SaveTarget()
+{
+    cancel();
+}
+
+bool SaveTarget::open()
+{
+    if (m_file.fileName().isEmpty()) {
+        fail(QStringLiteral("No file name"));
+        return false;
+    }
+    if (!m_file.open(QIODevice::WriteOnly)) {
+        fail(m_file.errorString());
+        return false;
+    }
+    m_open = true;
+    m_buffer.reserve(kBufferSize);
+    return true;
+}
+
+bool SaveTarget::writeThrough(const char* data, qsizetype size)
+{
+    // A short write is retried: the system names the reason (a full disk, say)
+    // only when the write after it fails outright.
+    while (size > 0) {
+        const qint64 n = m_file.write(data, size);
+        if (n <= 0) {
+            fail(m_file.errorString());
+            return false;
+        }
+        data += n;
+        size -= n;
+    }
+    return true;
+}
+
+bool SaveTarget::flush()
+{
+    if (m_failed || !m_open)
+        return false;
+    if (!writeThrough(m_buffer.constData(), m_buffer.size()))
+        return false;
+    m_buffer.clear();
+    return true;
+}
+
+bool SaveTarget::write(const void* data, qsizetype size)
+{
+    if (m_failed || !m_open)
+        return false;
+    // Large pieces go straight to the file rather than through another copy.
+    if (m_buffer.size() + size > kBufferSize || size >= kBufferSize / 4) {
+        if (!flush())
+            return false;
+        if (size >= kBufferSize / 4)
+            return writeThrough(static_cast<const char*>(data), size);
+    }
+    m_buffer.append(static_cast<const char*>(data), size);
+    return true;
+}
+
+bool SaveTarget::commit()
+{
+    if (!flush()) {
+        cancel();
+        return false;
+    }
+    m_open = false;
+    if (!m_file.commit()) {
+        fail(m_file.errorString());
+        return false;
+    }
+    return true;
+}
+
+void SaveTarget::cancel()
+{
+    if (m_open) {
+        m_file.cancelWriting();
+        m_file.commit(); // with the writing cancelled this only removes the temporary file
+        m_open = false;
+    }
+}
+
+void SaveTarget::fail(const QString& reason)
+{
+    if (!m_failed) {
+        m_failed = true;
+        m_reason = reason.isEmpty() ? QStringLiteral("Unknown error") : reason;
+    }
+}
+
+bool SaveTarget::report(QString* reason) const
+{
+    if (reason)
+        *reason = m_reason;
+    return !m_failed;
+}
+
+} // namespace velunta
