@@ -4,8 +4,6 @@
 
 #include "files/Decoders.h"
 
-#include <QtEndian>
-
 #include <array>
 #include <bit>
 
@@ -46,45 +44,32 @@ struct Header {
     qint64 pixelStart = 0;
 };
 
-class Reader {
+class Reader : FileBytes {
 public:
-    Reader(QByteArrayView data, LoadFailure& failure)
-        : m_d(reinterpret_cast<const uchar*>(data.data())), m_size(data.size()), m_failure(failure)
-    {
-    }
+    using FileBytes::FileBytes;
     QImage read();
 
 private:
-    bool has(qint64 at, qint64 bytes) const { return at >= 0 && bytes >= 0 && at + bytes <= m_size; }
-    quint32 u32(qint64 at) const { return qFromLittleEndian<quint32>(m_d + at); }
-    quint16 u16(qint64 at) const { return qFromLittleEndian<quint16>(m_d + at); }
     bool readHeader();
     void readUncompressed(QImage& image);
     void readBitfields(QImage& image);
     bool readRle(QImage& image);
 
-    const uchar* m_d;
-    qint64 m_size;
-    LoadFailure& m_failure;
     Header m_h;
 };
 
 bool Reader::readHeader()
 {
-    if (!has(0, 18) || m_d[0] != 'B' || m_d[1] != 'M') {
-        m_failure.cutShort();
+    if (!need(0, 18))
         return false;
-    }
     const quint32 offBits = u32(10);
     const quint32 infoSize = u32(14);
     if (infoSize < 12 || infoSize > 1024) {
         m_failure.invalid(QStringLiteral("unknown BMP header"));
         return false;
     }
-    if (!has(14, infoSize)) {
-        m_failure.cutShort();
+    if (!need(14, infoSize))
         return false;
-    }
     int entrySize = 4;
     quint32 colorsUsed = 0;
     // OS/2 2.x headers run from 16 to 64 bytes; their compression 3 is Huffman, not bit fields.
@@ -112,10 +97,11 @@ bool Reader::readHeader()
 
     const int bpp = m_h.bpp;
     const quint32 c = m_h.compression;
-    const bool valid = (c == BiRgb && (bpp == 1 || bpp == 2 || bpp == 4 || bpp == 8 || bpp == 16 || bpp == 24 ||
-                                       bpp == 32)) ||
-                       (c == BiRle8 && bpp == 8 && !m_h.topDown) || (c == BiRle4 && bpp == 4 && !m_h.topDown) ||
-                       ((c == BiBitfields || c == BiAlphaBitfields) && (bpp == 16 || bpp == 32));
+    const bool valid =
+        (c == BiRgb &&
+         (bpp == 1 || bpp == 2 || bpp == 4 || bpp == 8 || bpp == 16 || bpp == 24 || bpp == 32)) ||
+        (c == BiRle8 && bpp == 8 && !m_h.topDown) || (c == BiRle4 && bpp == 4 && !m_h.topDown) ||
+        ((c == BiBitfields || c == BiAlphaBitfields) && (bpp == 16 || bpp == 32));
     if (!valid) {
         m_failure.invalid(QStringLiteral("unsupported BMP compression or bit depth"));
         return false;
@@ -135,10 +121,8 @@ bool Reader::readHeader()
         const qint64 at = 14 + 40;
         if (infoSize == 40)
             paletteStart += 4 * count;
-        if (!has(at, 4 * count)) {
-            m_failure.cutShort();
+        if (!need(at, 4 * count))
             return false;
-        }
         for (int i = 0; i < count; ++i)
             m_h.masks[i] = u32(at + 4 * i);
         m_h.hasAlpha = m_h.masks[3] != 0;
@@ -160,10 +144,8 @@ bool Reader::readHeader()
         // Some writers store fewer entries and let the pixels start right after them.
         if (offBits > paletteStart && (offBits - paletteStart) / entrySize < entries)
             entries = (offBits - paletteStart) / entrySize;
-        if (!has(paletteStart, entries * entrySize)) {
-            m_failure.cutShort();
+        if (!need(paletteStart, entries * entrySize))
             return false;
-        }
         // Indices past the table show black.
         m_h.palette.fill(qRgb(0, 0, 0));
         for (qint64 i = 0; i < entries; ++i) {
@@ -205,7 +187,8 @@ void Reader::readBitfields(QImage& image)
     const int bytes = m_h.bpp / 8;
     const qint64 stride = (m_h.width * m_h.bpp + 31) / 32 * 4;
     const Channel red(m_h.masks[0]), green(m_h.masks[1]), blue(m_h.masks[2]), alpha(m_h.masks[3]);
-    const bool plain = m_h.masks[0] == 0xFF0000 && m_h.masks[1] == 0xFF00 && m_h.masks[2] == 0xFF && bytes == 4;
+    const bool plain =
+        m_h.masks[0] == 0xFF0000 && m_h.masks[1] == 0xFF00 && m_h.masks[2] == 0xFF && bytes == 4;
     bool anyAlpha = false;
     for (int row = 0; row < image.height(); ++row) {
         const uchar* in = m_d + m_h.pixelStart + row * stride;
@@ -246,10 +229,8 @@ bool Reader::readRle(QImage& image)
         ++x;
     };
     while (row < height) {
-        if (!has(at, 2)) {
-            m_failure.cutShort();
+        if (!need(at, 2))
             return false;
-        }
         const int count = m_d[at];
         const int value = m_d[at + 1];
         at += 2;
@@ -264,19 +245,15 @@ bool Reader::readRle(QImage& image)
         } else if (value == 1) {
             break;
         } else if (value == 2) {
-            if (!has(at, 2)) {
-                m_failure.cutShort();
+            if (!need(at, 2))
                 return false;
-            }
             x += m_d[at];
             row += m_d[at + 1];
             at += 2;
         } else {
             const qint64 bytes = four ? (value + 1) / 2 : value;
-            if (!has(at, bytes)) {
-                m_failure.cutShort();
+            if (!need(at, bytes))
                 return false;
-            }
             for (int i = 0; i < value && x < width; ++i)
                 put(four ? (i % 2 ? m_d[at + i / 2] & 15 : m_d[at + i / 2] >> 4) : m_d[at + i]);
             at += bytes + (bytes & 1); // absolute runs end on a 16-bit boundary
@@ -294,13 +271,11 @@ QImage Reader::read()
         // Every row must be there; the last one may do without its padding.
         const qint64 stride = (m_h.width * m_h.bpp + 31) / 32 * 4;
         const qint64 needed = stride * (m_h.height - 1) + (m_h.width * m_h.bpp + 7) / 8;
-        if (!has(m_h.pixelStart, needed)) {
-            m_failure.cutShort();
+        if (!need(m_h.pixelStart, needed))
             return {};
-        }
     }
-    QImage image =
-        NewPicture(m_h.width, m_h.height, m_h.hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32, m_failure);
+    QImage image = NewPicture(m_h.width, m_h.height,
+                              m_h.hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32, m_failure);
     if (image.isNull())
         return {};
     if (rle) {

@@ -14,8 +14,7 @@ namespace {
 constexpr int kFileHeaderSize = 14;
 constexpr int kInfoHeaderSize = 40;
 
-template <class T>
-uchar* put(uchar* at, T value)
+template <class T> uchar* put(uchar* at, T value)
 {
     qToLittleEndian(value, at);
     return at + sizeof(T);

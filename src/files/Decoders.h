@@ -7,6 +7,7 @@
 #include <QByteArrayView>
 #include <QImage>
 #include <QString>
+#include <QtEndian>
 
 namespace velunta {
 
@@ -25,6 +26,31 @@ struct LoadFailure {
     }
     void invalid(const QString& detail);
     void cutShort() { invalid(QStringLiteral("the file is cut short")); }
+};
+
+// A whole file in memory, read little-endian with every offset checked first.
+class FileBytes {
+public:
+    FileBytes(QByteArrayView data, LoadFailure& failure)
+        : m_d(reinterpret_cast<const uchar*>(data.data())), m_size(data.size()), m_failure(failure)
+    {
+    }
+    bool has(qint64 at, qint64 bytes) const { return at >= 0 && bytes >= 0 && at + bytes <= m_size; }
+    // has(), and when the bytes aren't there the failure says the file is cut short.
+    bool need(qint64 at, qint64 bytes)
+    {
+        if (has(at, bytes))
+            return true;
+        m_failure.cutShort();
+        return false;
+    }
+    quint16 u16(qint64 at) const { return qFromLittleEndian<quint16>(m_d + at); }
+    quint32 u32(qint64 at) const { return qFromLittleEndian<quint32>(m_d + at); }
+
+protected:
+    const uchar* m_d;
+    qint64 m_size;
+    LoadFailure& m_failure;
 };
 
 // True when a picture of this size may be loaded; otherwise sets the failure,

@@ -88,8 +88,9 @@ bool GIF::SaveGIF(const QImage& image, const QString& fileName, bool useTranspar
         }
     }
 
-    const bool encoded = target.open() && writeHeader(image.width(), image.height(), useTransparency, transparentIndex) &&
-              encodeRows(pixels, indexed, progress);
+    const bool encoded = target.open() &&
+                         writeHeader(image.width(), image.height(), useTransparency, transparentIndex) &&
+                         encodeRows(pixels, indexed, progress);
     if (encoded) {
         WriteBits(kEndCode, kCodeBits);
         if (m_bitCount > 0)

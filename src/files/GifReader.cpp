@@ -3,8 +3,6 @@
 
 #include "files/Decoders.h"
 
-#include <QtEndian>
-
 #include <array>
 #include <vector>
 
@@ -14,17 +12,12 @@ namespace {
 
 constexpr int kMaxCodes = 4096;
 
-class Reader {
+class Reader : FileBytes {
 public:
-    Reader(QByteArrayView data, LoadFailure& failure)
-        : m_d(reinterpret_cast<const uchar*>(data.data())), m_size(data.size()), m_failure(failure)
-    {
-    }
+    using FileBytes::FileBytes;
     QImage read();
 
 private:
-    bool has(qint64 bytes) const { return m_at + bytes <= m_size; }
-    quint16 u16(qint64 at) const { return qFromLittleEndian<quint16>(m_d + at); }
     bool readTable(int entries, std::array<QRgb, 256>& table);
     bool skipSubBlocks();
     bool readControlExtension();
@@ -34,10 +27,7 @@ private:
     bool decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImage& canvas, int left, int top,
                 int width, int height, bool interlaced);
 
-    const uchar* m_d;
-    qint64 m_size;
     qint64 m_at = 0;
-    LoadFailure& m_failure;
     std::array<QRgb, 256> m_global{};
     bool m_hasGlobal = false;
     int m_transparent = -1;
@@ -46,10 +36,8 @@ private:
 
 bool Reader::readTable(int entries, std::array<QRgb, 256>& table)
 {
-    if (!has(3 * entries)) {
-        m_failure.cutShort();
+    if (!need(m_at, 3 * entries))
         return false;
-    }
     table.fill(qRgb(0, 0, 0)); // indices past the table show black
     for (int i = 0; i < entries; ++i, m_at += 3)
         table[size_t(i)] = qRgb(m_d[m_at], m_d[m_at + 1], m_d[m_at + 2]);
@@ -59,24 +47,20 @@ bool Reader::readTable(int entries, std::array<QRgb, 256>& table)
 bool Reader::skipSubBlocks()
 {
     for (;;) {
-        if (!has(1)) {
-            m_failure.cutShort();
+        if (!need(m_at, 1))
             return false;
-        }
         const int n = m_d[m_at++];
         if (n == 0)
             return true;
-        if (!has(n)) {
-            m_failure.cutShort();
+        if (!need(m_at, n))
             return false;
-        }
         m_at += n;
     }
 }
 
 bool Reader::readControlExtension()
 {
-    if (has(5) && m_d[m_at] >= 4)
+    if (has(m_at, 5) && m_d[m_at] >= 4)
         m_transparent = (m_d[m_at + 1] & 1) ? m_d[m_at + 4] : -1;
     return skipSubBlocks();
 }
@@ -84,13 +68,13 @@ bool Reader::readControlExtension()
 int Reader::dataByte()
 {
     while (m_blockLeft == 0) {
-        if (!has(1))
+        if (!has(m_at, 1))
             return -2;
         m_blockLeft = m_d[m_at++];
         if (m_blockLeft == 0)
             return -1;
     }
-    if (!has(1))
+    if (!has(m_at, 1))
         return -2;
     --m_blockLeft;
     return m_d[m_at++];
@@ -202,10 +186,8 @@ bool Reader::decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImag
 
 QImage Reader::readPicture(int screenWidth, int screenHeight)
 {
-    if (!has(9)) {
-        m_failure.cutShort();
+    if (!need(m_at, 9))
         return {};
-    }
     const int left = u16(m_at), top = u16(m_at + 2), width = u16(m_at + 4), height = u16(m_at + 6);
     const int packed = m_d[m_at + 8];
     m_at += 9;
@@ -221,10 +203,8 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
         m_failure.invalid(QStringLiteral("the GIF picture has no pixels"));
         return {};
     }
-    if (!has(1)) {
-        m_failure.cutShort();
+    if (!need(m_at, 1))
         return {};
-    }
     const int minCodeSize = m_d[m_at++];
     if (minCodeSize < 1 || minCodeSize > 8) {
         m_failure.invalid(QStringLiteral("damaged GIF data"));
@@ -238,8 +218,8 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
     const bool alpha = m_transparent >= 0 || !covers;
     if (m_transparent >= 0)
         palette[size_t(m_transparent)] &= 0x00FFFFFFu;
-    QImage canvas =
-        NewPicture(canvasWidth, canvasHeight, alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32, m_failure);
+    QImage canvas = NewPicture(canvasWidth, canvasHeight,
+                               alpha ? QImage::Format_ARGB32 : QImage::Format_RGB32, m_failure);
     if (canvas.isNull())
         return {};
     canvas.fill(alpha ? Qt::transparent : Qt::black);
@@ -250,14 +230,8 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
 
 QImage Reader::read()
 {
-    if (!has(13)) {
-        m_failure.cutShort();
+    if (!need(m_at, 13))
         return {};
-    }
-    if (std::string_view(reinterpret_cast<const char*>(m_d), 3) != "GIF") {
-        m_failure.invalid(QStringLiteral("not a GIF file"));
-        return {};
-    }
     const int screenWidth = u16(6), screenHeight = u16(8);
     const int packed = m_d[10];
     m_at = 13;
@@ -267,24 +241,20 @@ QImage Reader::read()
         m_hasGlobal = true;
     }
     for (;;) {
-        if (!has(1)) {
-            m_failure.cutShort();
+        if (!need(m_at, 1))
             return {};
-        }
         const int introducer = m_d[m_at++];
         if (introducer == 0x2C)
             return readPicture(screenWidth, screenHeight);
-        if (introducer == 0x21 && has(1)) {
-            const int label = m_d[m_at++];
-            if (!(label == 0xF9 ? readControlExtension() : skipSubBlocks()))
-                return {};
-            continue;
-        }
-        if (introducer == 0x21)
-            m_failure.cutShort();
-        else
+        if (introducer != 0x21) {
             m_failure.invalid(QStringLiteral("the GIF holds no picture"));
-        return {};
+            return {};
+        }
+        if (!need(m_at, 1))
+            return {};
+        const int label = m_d[m_at++];
+        if (!(label == 0xF9 ? readControlExtension() : skipSubBlocks()))
+            return {};
     }
 }
 

@@ -99,9 +99,10 @@ QImage DecodeJPEG(QByteArrayView data, LoadFailure& failure)
     Progress progress{};
     QImage image;
     std::vector<uchar> cmykRow;
-    if (!readHeader(cinfo, errors, reinterpret_cast<const uchar*>(data.data()), size_t(data.size()), progress)) {
+    if (!readHeader(cinfo, errors, reinterpret_cast<const uchar*>(data.data()), size_t(data.size()),
+                    progress)) {
         failure.invalid(failureText(errors));
-    } else if (WithinLimits(cinfo.image_width, cinfo.image_height, failure)) {
+    } else {
         image = NewPicture(cinfo.image_width, cinfo.image_height, QImage::Format_RGB32, failure);
         if (!image.isNull() && cinfo.out_color_space == JCS_CMYK)
             cmykRow.resize(size_t(cinfo.image_width) * 4);

@@ -1,5 +1,6 @@
 #include "files/PictureLoader.h"
 
+#include "files/BigBuffer.h"
 #include "files/Decoders.h"
 
 #include <QBuffer>
@@ -7,8 +8,6 @@
 #include <QFileInfo>
 #include <QImageReader>
 #include <QtEndian>
-
-#include <new>
 
 namespace velunta {
 
@@ -97,10 +96,10 @@ int largestIcon(QByteArrayView d, LoadFailure& failure)
 }
 
 // PNG and ICO go through Qt's readers, which refuse damaged files themselves.
-QImage readWithQt(const QByteArray& bytes, Kind kind, LoadFailure& failure)
+QImage readWithQt(QByteArrayView bytes, Kind kind, LoadFailure& failure)
 {
     QBuffer buffer;
-    buffer.setData(bytes);
+    buffer.setData(QByteArray::fromRawData(bytes.data(), bytes.size()));
     buffer.open(QIODevice::ReadOnly);
     QImageReader reader(&buffer, kind == Kind::Png ? "png" : "ico");
     reader.setAllocationLimit(int(kMaxPicturePixels * 4 / (1024 * 1024)) + 1);
@@ -124,6 +123,26 @@ QImage readWithQt(const QByteArray& bytes, Kind kind, LoadFailure& failure)
     return image;
 }
 
+QImage decode(QByteArrayView bytes, LoadFailure& failure)
+{
+    switch (const Kind kind = kindOf(bytes)) {
+    case Kind::Bmp:
+        return DecodeBMP(bytes, failure);
+    case Kind::Jpeg:
+        return DecodeJPEG(bytes, failure);
+    case Kind::Gif:
+        return DecodeGIF(bytes, failure);
+    case Kind::Png:
+    case Kind::Ico:
+        return readWithQt(bytes, kind, failure);
+    case Kind::Unknown:
+        break;
+    }
+    failure.invalid(bytes.isEmpty() ? QStringLiteral("the file is empty")
+                                    : QStringLiteral("unknown file format"));
+    return {};
+}
+
 } // namespace
 
 void LoadFailure::invalid(const QString& detail)
@@ -135,8 +154,9 @@ bool WithinLimits(qint64 width, qint64 height, LoadFailure& failure)
 {
     if (width <= kMaxPictureSide && height <= kMaxPictureSide && width * height <= kMaxPicturePixels)
         return true;
-    failure.set(ErrOutOfMemory,
-                QStringLiteral("Picture too large: %1 x %2 pixels (%3)").arg(width).arg(height).arg(limitText()));
+    failure.set(
+        ErrOutOfMemory,
+        QStringLiteral("Picture too large: %1 x %2 pixels (%3)").arg(width).arg(height).arg(limitText()));
     return false;
 }
 
@@ -148,11 +168,7 @@ QImage NewPicture(qint64 width, qint64 height, QImage::Format format, LoadFailur
     }
     if (!WithinLimits(width, height, failure))
         return {};
-    QImage image;
-    try {
-        image = QImage(int(width), int(height), format);
-    } catch (const std::bad_alloc&) {
-    }
+    QImage image = AllocateBigImage(int(width), int(height), format);
     if (image.isNull())
         failure.set(ErrOutOfMemory, QStringLiteral("Out of memory"));
     return image;
@@ -169,31 +185,22 @@ QImage LoadPicture(const QString& path, QString* error, int* errorNumber)
     } else if (!info.isFile()) {
         failure.set(ErrFileAccess, QStringLiteral("Path/File access error: not a file"));
     } else if (info.size() > kMaxFileBytes) {
-        failure.set(ErrOutOfMemory, QStringLiteral("Picture too large: the file is over 2 GB (%1)").arg(limitText()));
+        failure.set(ErrOutOfMemory,
+                    QStringLiteral("Picture too large: the file is over 2 GB (%1)").arg(limitText()));
     } else if (!file.open(QIODevice::ReadOnly)) {
         failure.set(ErrFileAccess, QStringLiteral("Path/File access error: ") + file.errorString());
     } else {
-        const QByteArray bytes = file.read(kMaxFileBytes);
-        file.close();
-        switch (kindOf(bytes)) {
-        case Kind::Bmp:
-            image = DecodeBMP(bytes, failure);
-            break;
-        case Kind::Jpeg:
-            image = DecodeJPEG(bytes, failure);
-            break;
-        case Kind::Gif:
-            image = DecodeGIF(bytes, failure);
-            break;
-        case Kind::Png:
-        case Kind::Ico:
-            image = readWithQt(bytes, kindOf(bytes), failure);
-            break;
-        case Kind::Unknown:
-            failure.invalid(bytes.isEmpty() ? QStringLiteral("the file is empty")
-                                            : QStringLiteral("unknown file format"));
-            break;
-        }
+        // The whole file at once, in memory that can take huge pages.
+        const qint64 size = qMin(file.size(), kMaxFileBytes);
+        const BigBuffer buffer = AllocateBig(size_t(size));
+        const qint64 got = buffer ? file.read(reinterpret_cast<char*>(buffer.get()), size) : -1;
+        const auto bytes = QByteArrayView(buffer.get(), qMax<qint64>(got, 0));
+        if (!buffer)
+            failure.set(ErrOutOfMemory, QStringLiteral("Out of memory"));
+        else if (got < 0)
+            failure.set(ErrFileAccess, QStringLiteral("Path/File access error: ") + file.errorString());
+        else
+            image = decode(bytes, failure);
         if (!image.isNull() && !WithinLimits(image.width(), image.height(), failure))
             image = QImage();
         if (!image.isNull())

@@ -29,14 +29,28 @@ bool SaveTarget::open()
     return true;
 }
 
+bool SaveTarget::writeThrough(const char* data, qsizetype size)
+{
+    // A short write is retried: the system names the reason (a full disk, say)
+    // only when the write after it fails outright.
+    while (size > 0) {
+        const qint64 n = m_file.write(data, size);
+        if (n <= 0) {
+            fail(m_file.errorString());
+            return false;
+        }
+        data += n;
+        size -= n;
+    }
+    return true;
+}
+
 bool SaveTarget::flush()
 {
     if (m_failed || !m_open)
         return false;
-    if (!m_buffer.isEmpty() && m_file.write(m_buffer) != m_buffer.size()) {
-        fail(m_file.errorString());
+    if (!writeThrough(m_buffer.constData(), m_buffer.size()))
         return false;
-    }
     m_buffer.clear();
     return true;
 }
@@ -45,16 +59,12 @@ bool SaveTarget::write(const void* data, qsizetype size)
 {
     if (m_failed || !m_open)
         return false;
-    if (m_buffer.size() + size > kBufferSize) {
+    // Large pieces go straight to the file rather than through another copy.
+    if (m_buffer.size() + size > kBufferSize || size >= kBufferSize / 4) {
         if (!flush())
             return false;
-        if (size >= kBufferSize) {
-            if (m_file.write(static_cast<const char*>(data), size) != size) {
-                fail(m_file.errorString());
-                return false;
-            }
-            return true;
-        }
+        if (size >= kBufferSize / 4)
+            return writeThrough(static_cast<const char*>(data), size);
     }
     m_buffer.append(static_cast<const char*>(data), size);
     return true;

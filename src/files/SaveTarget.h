@@ -33,12 +33,13 @@ public:
     void fail(const QString& reason);
     bool failed() const { return m_failed; }
     const QString& reason() const { return m_reason; }
-    // Copies the reason to the caller's slot when it has one; returns false for `return` chains.
+    // Copies the reason to the caller's slot when it has one; true when nothing failed.
     bool report(QString* reason) const;
 
 private:
     static constexpr qsizetype kBufferSize = 1 << 20;
     bool flush();
+    bool writeThrough(const char* data, qsizetype size);
 
     QSaveFile m_file;
     QByteArray m_buffer;

@@ -4,7 +4,6 @@
 
 #include <cstring>
 #include <limits>
-#include <new>
 
 namespace velunta {
 
@@ -16,9 +15,11 @@ bool cDIBSection::allocate(int width, int height, bool clear)
     const qint64 bytes = DibStride24(width) * height;
     if (bytes > std::numeric_limits<qsizetype>::max() / 2)
         return false;
-    m_bits.reset(clear ? new (std::nothrow) uchar[size_t(bytes)]() : new (std::nothrow) uchar[size_t(bytes)]);
+    m_bits = AllocateBig(size_t(bytes));
     if (!m_bits)
         return false;
+    if (clear)
+        std::memset(m_bits.get(), 0, size_t(bytes));
     m_width = width;
     m_height = height;
     return true;

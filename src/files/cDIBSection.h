@@ -3,9 +3,9 @@
 // padded to a multiple of four bytes, the bottom row of the picture first in
 // memory. The JPEG writer reads its rows in place.
 
-#include <QImage>
+#include "files/BigBuffer.h"
 
-#include <memory>
+#include <QImage>
 
 namespace velunta {
 
@@ -34,7 +34,7 @@ private:
 
     int m_width = 0;
     int m_height = 0;
-    std::unique_ptr<uchar[]> m_bits;
+    BigBuffer m_bits;
 };
 
 } // namespace velunta
