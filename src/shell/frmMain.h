@@ -147,6 +147,8 @@ private:
     void wireWindowMenu();
     void wireHelpMenu();
     void placeToolButtons();
+    // Connects the tool option strip to the documents and the commands.
+    void wireControls();
     void refreshWindowList();
     void documentActivated(QMdiSubWindow* window);
 
