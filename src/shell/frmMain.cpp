@@ -141,6 +141,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmMain::documentActivated);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
     resize(1100, 760);
+    wireControls();
 }
 
 frmMain::~frmMain()

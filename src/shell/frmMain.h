@@ -219,6 +219,8 @@ private:
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);
     void placeToolButtons();
+    // Connects the tool option strip to the documents and the commands.
+    void wireControls();
     void refreshWindowList();
     void documentActivated(QMdiSubWindow* window);
 

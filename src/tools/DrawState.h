@@ -75,6 +75,10 @@ struct DrawState {
 
     // The floating selection's panel (PicCursorCMD) shows.
     bool CursorPanelVisible = false;
+    // chkblendit: the selection is blended over the picture under it at SelectionBlend.
+    bool BlendSelection = false;
+    // ChkTransparencyColor: pixels of TransparencyColor in the selection let the picture show.
+    bool TransparentSelection = false;
     // The transparency colour of a floating selection (LblTransparencyColor) and its pick.
     Color TransparencyColor = 0xFFFFFF;
     bool TransparencyPickArmed = false;
@@ -90,5 +94,18 @@ struct DrawState {
 QString SelectorUnit(int index);
 // "100 pixel " style caption of a selector value.
 QString SelectorCaption(int index, double value);
+
+// The range the popup slider gives each selector, far left to far right.
+int SelectorMinimum(int index);
+int SelectorMaximum(int index);
+// A value brought into its selector's range (stored settings may hold anything).
+double ClampSelectorValue(int index, double value);
+
+// The blend percentage shown for SelectionBlend (1..255): Int(SelectionBlend / 2.55),
+// so 255 shows 100.
+int BlendPercent(int selectionBlend);
+// The smallest SelectionBlend that shows `percent` (0..100), never below 1: a typed
+// value comes back unchanged in the text box.
+int BlendFromPercent(int percent);
 
 } // namespace velunta

@@ -1,77 +1,354 @@
 #include "tools/frmControls.h"
 
+#include "core/Numbers.h"
+#include "core/Prompt.h"
+#include "document/Document.h"
 #include "tools/DrawState.h"
+#include "tools/PanelWidgets.h"
+#include "tools/frmFontStyle.h"
+#include "tools/frmFonts.h"
+#include "tools/frmSelector.h"
 #include "widgets/Icons.h"
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <QStackedWidget>
 
 namespace velunta {
 
+namespace {
+
+// Rows of 26 logical pixels, two per panel, with a little air around them.
+constexpr int kStripHeight = 2 * kStyleButtonSize + 8;
+
+const char* const kStripStyle =
+    "QToolButton[styleButton=\"true\"] { border: 1px solid transparent; border-radius: 3px; "
+    "background: transparent; }"
+    "QToolButton[styleButton=\"true\"]:hover { border-color: rgb(116,156,218); background: rgb(220,245,255); "
+    "}"
+    "QToolButton[styleButton=\"true\"]:checked { background: rgb(255,232,166); border-radius: 0px; "
+    "border-top: 1px solid rgb(110,110,110); border-left: 1px solid rgb(110,110,110); "
+    "border-right: 1px solid white; border-bottom: 1px solid white; }"
+    "QLabel[readout=\"true\"] { background: white; border: 1px solid rgb(116,156,218); padding: 0px 4px; }"
+    "QLabel[readout=\"true\"]:disabled { background: rgb(235,240,248); color: rgb(130,130,130); }"
+    "QLabel[caption=\"true\"] { font-weight: bold; color: rgb(20,50,110); }"
+    "QFrame[separator=\"true\"] { color: rgb(150,180,225); }";
+
+} // namespace
+
 QString PanelCaption(int tool)
 {
-    static const char* const kCaptions[20] = {"Cursor",         "Pencil",       "Zoom",           "Fill",
-                                              "Gradient",       "Select Area",  "Air Brush",      "Crop",
-                                              "Color Picker",   "Rectangle",    "Circles",        "Brighten Brush",
-                                              "Text",           "Blur/Soften Brush", "Lines",     "Darken Brush",
-                                              "3D Rectangles",  "Color replacer", "Dissolve",     "Enhance"};
+    static const char* const kCaptions[20] = {"Cursor",        "Pencil",
+                                              "Zoom",          "Fill",
+                                              "Gradient",      "Area Selection",
+                                              "Air Brush",     "Crop Image",
+                                              "Color Picker",  "Rectangle",
+                                              "Circles",       "Brighten Brush",
+                                              "Text",          "Blur/Soften Brush",
+                                              "Lines",         "Darken Brush",
+                                              "3D Rectangles", "Color replacer",
+                                              "Dissolve",      "Enhance"};
     return tool >= 0 && tool < 20 ? QString::fromLatin1(kCaptions[tool]) : QString();
 }
 
 frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m_state(state)
 {
     setObjectName(QStringLiteral("frmControls"));
+    setStyleSheet(QString::fromLatin1(kStripStyle));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_stack = new QStackedWidget(this);
     layout->addWidget(m_stack);
-    setFixedHeight(52);
+    setFixedHeight(kStripHeight);
+
+    // One caption width for all panels, so the options start at the same place.
+    QFont bold = font();
+    bold.setBold(true);
+    const QFontMetrics fm(bold);
+    for (int i = 0; i < 20; ++i)
+        for (const QString& word : PanelCaption(i).split(u' '))
+            m_captionWidth = std::max(m_captionWidth, fm.horizontalAdvance(word) + 4);
+
     for (int i = 0; i < 20; ++i) {
         auto* panel = new QWidget(m_stack);
         panel->setObjectName(QStringLiteral("DrawToolbar(%1)").arg(i));
         auto* row = new QHBoxLayout(panel);
         row->setContentsMargins(6, 2, 6, 2);
-        row->setSpacing(6);
-        auto* icon = new QLabel(panel);
-        icon->setObjectName(QStringLiteral("ToolIcon(%1)").arg(i));
-        icon->setPixmap(ToolIcon(i).pixmap(QSize(24, 24), devicePixelRatioF()));
-        row->addWidget(icon);
+        row->setSpacing(8);
+        row->addWidget(new IconView(QStringLiteral("ToolIcon(%1)").arg(i), ToolIcon(i), 32, panel));
         auto* caption = new QLabel(PanelCaption(i), panel);
-        QFont bold = caption->font();
-        bold.setBold(true);
-        caption->setFont(bold);
+        caption->setObjectName(QStringLiteral("lblCaption(%1)").arg(i));
+        caption->setProperty("caption", true);
+        caption->setWordWrap(true);
+        caption->setFixedWidth(m_captionWidth);
         row->addWidget(caption);
         auto* options = new QHBoxLayout;
-        options->setSpacing(6);
+        options->setSpacing(10);
         row->addLayout(options);
         row->addStretch(1);
         m_panels[i] = panel;
         m_options[i] = options;
         m_stack->addWidget(panel);
     }
+    m_groups[GCmd3] = {QStringLiteral("Cmd3"), &DrawState::PencilStyle, &frmControls::SetPencilStyle, {}};
+    m_groups[GCmd] = {QStringLiteral("Cmd"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
+    m_groups[GCmd2] = {QStringLiteral("Cmd2"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
+    m_groups[GCmd5] = {QStringLiteral("Cmd5"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
+    m_groups[GCmd4] = {QStringLiteral("Cmd4"), &DrawState::BrightStyle, &frmControls::SetBrightStyle, {}};
+    m_groups[GCmd6] = {QStringLiteral("Cmd6"), &DrawState::DissolveMode, &frmControls::SetDissolveMode, {}};
+    m_groups[GCmd7] = {QStringLiteral("Cmd7"), &DrawState::ArrowStyle, &frmControls::SetArrowStyle, {}};
+    m_groups[GCmd8] = {QStringLiteral("Cmd8"), &DrawState::EnhanceMode, &frmControls::SetEnhanceMode, {}};
+    buildPanels();
+    LoadDrawSettings();
+    ColorsChanged();
+}
+
+frmControls::~frmControls()
+{
+    if (m_watching)
+        qApp->removeEventFilter(this);
+    // The pop-ups live in the main window; they go with the strip.
+    delete m_selector;
+    delete m_fonts;
+    delete m_fontStyles;
 }
 
 void frmControls::ShowPanel(int tool)
 {
-    if (tool >= 0 && tool < 20)
-        m_stack->setCurrentIndex(tool);
+    if (tool < 0 || tool >= 20)
+        return;
+    closePopups();
+    m_stack->setCurrentIndex(tool);
 }
 
-int frmControls::shownPanel() const { return m_stack->currentIndex(); }
+int frmControls::shownPanel() const
+{
+    return m_stack->currentIndex();
+}
 
-void frmControls::LoadDrawSettings() {}
+void frmControls::LoadDrawSettings()
+{
+    for (int i = 0; i < 16; ++i) {
+        SelectorValue& sv = m_state.SelectorValues[i];
+        sv.Value = ClampSelectorValue(i, sv.Value);
+        SetSelectorCaption(i, SelectorCaption(i, sv.Value));
+    }
+    for (const auto& load : m_loaders)
+        load();
+    for (int g = 0; g < GroupCount; ++g)
+        showStyles(GroupId(g));
+    OptFillStyle_Click(m_state.FillPattern);
+    SetFontName(m_state.FontName);
+    SetFontStyle(m_state.FontStyle);
+    const int blend = m_state.SelectionBlend;
+    SetBlendText(blend >= 1 && blend <= 255 ? QString::number(BlendPercent(blend)) : QStringLiteral("50"));
+}
 
-void frmControls::SetZoomText(const QString& text) { m_zoomText = text; }
+void frmControls::SetSelectorCaption(int index, const QString& caption)
+{
+    if (index < 0 || index >= 16)
+        return;
+    m_state.SelectorValues[index].Caption = caption;
+    m_lblSelector[index]->setText(caption);
+}
 
-void frmControls::SetZoomOption(double) {}
+void frmControls::ApplyTextSize()
+{
+    // Nothing to follow without a document.
+    Document* doc = activeDocument();
+    if (!doc)
+        return;
+    doc->Buffer.FontSize = m_state.SelectorValues[7].Value;
+    Q_EMIT textFontChanged();
+}
 
-void frmControls::ShowCursorPanel(bool visible) { m_cursorPanelVisible = visible; }
+void frmControls::SetFontName(const QString& name)
+{
+    m_state.FontName = name;
+    QFont face(name);
+    face.setPointSizeF(font().pointSizeF());
+    m_lblFont->setFont(face);
+    // A long family name is shortened in the box and shown whole in its tooltip.
+    m_lblFont->setText(QFontMetrics(face).elidedText(name, Qt::ElideRight, m_lblFont->width() - 10));
+    m_lblFont->setToolTip(tr("Font of the text: %1").arg(name));
+    Q_EMIT textFontChanged();
+}
 
-void frmControls::SetBlendText(const QString& text) { m_blendText = text; }
+void frmControls::SetFontStyle(const QString& style)
+{
+    m_state.FontStyle = style;
+    m_lblFontStyle->setText(style);
+    QFont face = font();
+    face.setBold(FontStyleBold(style));
+    face.setItalic(FontStyleItalic(style));
+    m_lblFontStyle->setFont(face);
+    if (Document* doc = activeDocument()) {
+        doc->Buffer.FontBold = FontStyleBold(style);
+        doc->Buffer.FontItalic = FontStyleItalic(style);
+    }
+    Q_EMIT textFontChanged();
+}
 
-void frmControls::ShowPickedColor(Color) {}
+void frmControls::setStyle(GroupId group, int index)
+{
+    StyleGroup& g = m_groups[group];
+    if (index >= 0 && index < int(g.buttons.size()))
+        m_state.*g.field = index;
+    showStyles(group);
+}
 
-void frmControls::ColorsChanged() {}
+void frmControls::showStyles(GroupId group)
+{
+    const StyleGroup& g = m_groups[group];
+    const int chosen = m_state.*g.field;
+    for (int i = 0; i < int(g.buttons.size()); ++i)
+        g.buttons[i]->setChecked(i == chosen);
+}
+
+void frmControls::SetShapeStyle(int index)
+{
+    if (index < 0 || index > 5)
+        return;
+    m_state.ShapeStyle = index;
+    // One value behind three panels: a style chosen on one shows on the others.
+    for (GroupId g : {GCmd, GCmd2, GCmd5})
+        showStyles(g);
+}
+
+void frmControls::SetPencilStyle(int index)
+{
+    setStyle(GCmd3, index);
+}
+void frmControls::SetBrightStyle(int index)
+{
+    setStyle(GCmd4, index);
+}
+void frmControls::SetDissolveMode(int index)
+{
+    setStyle(GCmd6, index);
+}
+void frmControls::SetArrowStyle(int index)
+{
+    setStyle(GCmd7, index);
+}
+void frmControls::SetEnhanceMode(int index)
+{
+    setStyle(GCmd8, index);
+}
+
+void frmControls::OptFillStyle_Click(int index)
+{
+    if (index >= 0 && index < 8)
+        m_state.FillPattern = index;
+    for (int i = 0; i < 8; ++i)
+        m_fillStyles[i]->setChecked(i == m_state.FillPattern);
+}
+
+void frmControls::SetZoomText(const QString& text)
+{
+    m_lblZoom->setText(text);
+}
+
+QString frmControls::zoomText() const
+{
+    return m_lblZoom->text();
+}
+
+void frmControls::SetZoomOption(double zoom)
+{
+    static const double kZooms[6] = {10, 25, 50, 100, 200, 300};
+    for (int i = 0; i < 6; ++i)
+        m_zoomOptions[i]->setChecked(zoom == kZooms[i]);
+}
+
+void frmControls::ShowCursorPanel(bool visible)
+{
+    m_cursorPanel->setVisible(visible);
+}
+
+bool frmControls::cursorPanelVisible() const
+{
+    return !m_cursorPanel->isHidden();
+}
+
+void frmControls::SetBlendText(const QString& text)
+{
+    // Called on every pointer move over a selection: a box being typed in keeps its cursor.
+    if (m_txtBlend->text() != text)
+        m_txtBlend->setText(text);
+    const int blend = m_state.SelectionBlend;
+    const QSignalBlocker block(m_scrllBlend);
+    m_scrllBlend->setValue(blend >= 1 && blend <= 255 ? blend : BlendFromPercent(int(Val(text))));
+}
+
+QString frmControls::blendText() const
+{
+    return m_txtBlend->text();
+}
+
+void frmControls::TxtBlend_Enter()
+{
+    bool ok = false;
+    const int percent = m_txtBlend->text().trimmed().toInt(&ok);
+    if (!ok || percent < 0 || percent > 100) {
+        if (m_prompt)
+            m_prompt->MsgBox(tr("Incorrect Blend value! Valid values are 0...100"), vbExclamation,
+                             tr("Velunta"));
+        // The box goes back to the value in force.
+        const int blend = m_state.SelectionBlend;
+        m_txtBlend->setText(blend >= 1 && blend <= 255 ? QString::number(BlendPercent(blend))
+                                                       : QStringLiteral("50"));
+        m_txtBlend->selectAll();
+        return;
+    }
+    m_state.SelectionBlend = BlendFromPercent(percent);
+    const QSignalBlocker block(m_scrllBlend);
+    m_scrllBlend->setValue(m_state.SelectionBlend);
+}
+
+void frmControls::ShowPickedColor(Color c)
+{
+    m_colorPick->setColor(c);
+    const bool none = c < 0;
+    m_rgb[0]->setText(none ? QString() : QString::number(ColorRed(c)));
+    m_rgb[1]->setText(none ? QString() : QString::number(ColorGreen(c)));
+    m_rgb[2]->setText(none ? QString() : QString::number(ColorBlue(c)));
+}
+
+void frmControls::SetAngleText(const QString& text)
+{
+    m_lblAngle->setText(text);
+}
+
+void frmControls::ColorsChanged()
+{
+    for (FillPatternButton* b : m_fillStyles)
+        b->setInk(m_state.ForeColor);
+    for (int i = 0; i < 2; ++i)
+        m_replaceCol[i]->setColor(m_state.ReplaceColors[i]);
+    m_transparencyColor->setColor(m_state.TransparencyColor);
+    m_transparencyColor->setArmed(m_state.TransparencyPickArmed);
+}
+
+void frmControls::needsOperation(QWidget* control, const QString& operation)
+{
+    m_operationControls[operation].append(control);
+    control->setEnabled(m_available.value(operation, false));
+}
+
+void frmControls::setOperationAvailable(const QString& name, bool available)
+{
+    m_available[name] = available;
+    for (QWidget* w : m_operationControls.value(name))
+        w->setEnabled(available);
+}
 
 } // namespace velunta

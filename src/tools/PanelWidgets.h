@@ -1,0 +1,115 @@
+#pragma once
+// The small controls the tool option panels are built from: style buttons with the
+// pressed look of the tool strip, the read-outs, colour swatches, fill pattern
+// swatches, and the pictures of the style buttons that have no art of their own.
+
+#include "core/Color.h"
+
+#include <QAbstractButton>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QToolButton>
+
+#include <functional>
+
+namespace velunta {
+
+// Logical sizes shared by every panel, so the rows line up from panel to panel.
+inline constexpr int kPanelRowHeight = 24;
+inline constexpr int kStyleButtonSize = 26;
+inline constexpr int kStyleIconSize = 20;
+
+// A button of a style group: it shows pressed only when the draw state says so,
+// never by its own toggling.
+class StyleButton : public QToolButton {
+    Q_OBJECT
+public:
+    StyleButton(const QString& name, const QIcon& icon, const QString& tip, QWidget* parent);
+};
+
+// A picture drawn from its icon at paint time, so it is sharp at any pixel ratio.
+class IconView : public QWidget {
+    Q_OBJECT
+public:
+    IconView(const QString& name, const QIcon& icon, int size, QWidget* parent);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QIcon m_icon;
+};
+
+// A sunken read-out (selector values, zoom, angle, colour channels). A click on it
+// is reported, so the bigger target opens a selector's slider too.
+class ReadoutLabel : public QLabel {
+    Q_OBJECT
+public:
+    ReadoutLabel(const QString& name, const QString& tip, int minimumWidth, QWidget* parent);
+
+Q_SIGNALS:
+    void clicked();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override;
+};
+
+// A colour sample. kNoColor shows a crossed box: nothing is chosen yet.
+class ColorSwatch : public QFrame {
+    Q_OBJECT
+public:
+    ColorSwatch(const QString& name, const QString& tip, QSize size, QWidget* parent);
+    void setColor(Color c);
+    Color color() const { return m_color; }
+    // The armed look: a dashed frame while the next click on the picture picks for it.
+    void setArmed(bool armed);
+    bool armed() const { return m_armed; }
+
+Q_SIGNALS:
+    void clicked();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+private:
+    Color m_color = kNoColor;
+    bool m_armed = false;
+};
+
+// One OptFillStyle button: the pattern painted by the fill's own brush, in the
+// foreground colour, over white; style 1 (transparent) shows a checkerboard.
+class FillPatternButton : public QAbstractButton {
+    Q_OBJECT
+public:
+    FillPatternButton(int pattern, const QString& tip, QWidget* parent);
+    void setInk(Color c);
+    QSize sizeHint() const override { return {kStyleButtonSize, kStyleButtonSize}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    int m_pattern;
+    Color m_ink = 0;
+};
+
+// A row of controls in `box`, edge to edge, `spacing` apart.
+QHBoxLayout* RowLayout(QWidget* box, int spacing);
+
+// The swatch of a fill pattern, w x h pixels: the fill tool's brush over white.
+QImage FillPatternSwatch(int pattern, Color ink, int w, int h);
+
+// An icon drawn by code at whatever size and pixel ratio it is shown.
+QIcon PaintedIcon(std::function<void(QPainter&, const QRectF&)> paint);
+// Cmd2(3..5): the picture of Cmd2(index - 3) faded, with a "same as last time" arrow:
+// these styles draw the circle with the pen and fill left by the last shape.
+QIcon LastPenCircleIcon(int index);
+// Cmd5(4..5): a dashed outline; the 3D tool draws no edge in these styles.
+QIcon NoEdgeIcon();
+// The slider's step buttons: a minus (0) or a plus (1).
+QIcon MinusPlusIcon(int k);
+
+} // namespace velunta
