@@ -142,6 +142,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
     resize(1100, 760);
     wireControls();
+    wireSelectionOptions();
 }
 
 frmMain::~frmMain()
@@ -260,6 +261,12 @@ void frmMain::dropEvent(QDropEvent* event)
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event)
 {
+    // A click on the transparency swatch arms the pick: the colour picker takes it.
+    if (event->type() == QEvent::MouseButtonRelease && watched->objectName() == QLatin1String("LblTransparencyColor")
+        && static_cast<QWidget*>(watched)->isEnabled()) {
+        m_state.TransparencyPickArmed = true;
+        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(8); }); });
+    }
     if (event->type() == QEvent::KeyPress && m_progress->isVisible()) {
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
             m_undo.CancelRequested = true;

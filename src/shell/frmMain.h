@@ -221,6 +221,9 @@ private:
     void placeToolButtons();
     // Connects the tool option strip to the documents and the commands.
     void wireControls();
+    void wireSelectionOptions();
+    // The float's preview with the options the panel shows now.
+    void refreshSelectionPreview();
     void refreshWindowList();
     void documentActivated(QMdiSubWindow* window);
 
@@ -265,6 +268,7 @@ private:
     std::array<QString, 4> m_recent;
     std::array<bool, 4> m_recentThere{};
     int MRUNext = 0;
+    Color m_previewKey = kNoColor;
     bool m_exiting = false;
 };
 

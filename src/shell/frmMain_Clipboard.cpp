@@ -11,7 +11,9 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMdiSubWindow>
+#include <QCheckBox>
 #include <QMimeData>
+#include <QScrollBar>
 
 namespace velunta {
 
@@ -143,6 +145,60 @@ void frmMain::CancelSelectionOptions()
 {
     if (frmPaint* form = activeDocument())
         CancelFloatPreview(form->doc);
+}
+
+void frmMain::wireSelectionOptions()
+{
+    frmControls& c = *m_controls;
+    // The float's options preview at once; Apply keeps the preview, Cancel drops it.
+    for (const char* name : {"BlendThePic", "DoTransparent", "ApplySelection", "CancelSelection"})
+        c.setOperationAvailable(QString::fromLatin1(name), true);
+    auto uncheck = [this, &c] {
+        m_state.BlendSelection = false;
+        m_state.TransparentSelection = false;
+        for (const char* name : {"chkblendit", "ChkTransparencyColor"})
+            if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name))) {
+                const QSignalBlocker block(box);
+                box->setChecked(false);
+            }
+    };
+    connect(&c, &frmControls::operationRequested, this, [this, uncheck](const QString& name) {
+        guarded("selection option", [&] {
+            if (name == QLatin1String("ApplySelection")) {
+                ApplyToSelection();
+                uncheck();
+            } else if (name == QLatin1String("CancelSelection")) {
+                CancelSelectionOptions();
+                uncheck();
+            }
+        });
+    });
+    for (const char* name : {"chkblendit", "ChkTransparencyColor"})
+        if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name)))
+            connect(box, &QCheckBox::toggled, this,
+                    [this] { guarded("selection option", [&] { refreshSelectionPreview(); }); });
+    if (auto* bar = c.control<QScrollBar>(QStringLiteral("ScrllBlend")))
+        connect(bar, &QScrollBar::valueChanged, this, [this] {
+            if (m_state.BlendSelection)
+                guarded("selection blend", [&] { refreshSelectionPreview(); });
+        });
+    // Picking the key colour goes through the colour picker.
+    if (auto* swatch = c.control<QWidget>(QStringLiteral("LblTransparencyColor")))
+        swatch->installEventFilter(this);
+}
+
+void frmMain::refreshSelectionPreview()
+{
+    frmPaint* form = activeDocument();
+    if (!form || !form->doc.SelectArea.Visible)
+        return;
+    m_previewKey = m_state.TransparencyColor;
+    if (!m_state.BlendSelection && !m_state.TransparentSelection) {
+        CancelSelectionOptions();
+        return;
+    }
+    PreviewSelectionOptions(m_state.TransparentSelection, m_state.TransparencyColor, m_state.BlendSelection,
+                            m_state.SelectionBlend);
 }
 
 void frmMain::RemoveSelection()

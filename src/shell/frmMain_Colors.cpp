@@ -53,6 +53,9 @@ void frmMain::ColorsChanged()
         m_colorStrip->refresh();
     else if (m_controls)
         m_controls->ColorsChanged();
+    // A new key colour picked for a transparent float shows at once.
+    if (m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey)
+        guarded("selection transparency", [&] { refreshSelectionPreview(); });
 }
 
 void frmMain::ApplyColors()

@@ -56,18 +56,8 @@ void frmMain::wireControls()
         });
     });
 
-    connect(&c, &frmControls::removeAreaRequested, this, [this] {
-        guarded("cmdRemoveArea_Click", [&] {
-            frmPaint* form = activeDocument();
-            if (form)
-                form->doc.SelectArea.Visible = false;
-            ShowCursorPanel(false);
-            SetAreaText(QStringLiteral("0 x 0"));
-            if (form)
-                form->invalidateView();
-            ValidateMenus();
-        });
-    });
+    connect(&c, &frmControls::removeAreaRequested, this,
+            [this] { guarded("cmdRemoveArea_Click", [&] { RemoveSelection(); }); });
 
     // A wide panel pushes the read-outs at the right aside rather than widening the window.
     if (auto* coords = findChild<QWidget*>(QStringLiteral("CoordsInfo")))
