@@ -7,6 +7,7 @@
 #include "tools/SimplePaints.h"
 
 #include <QApplication>
+#include <QScrollBar>
 
 #include <benchmark/benchmark.h>
 
@@ -30,8 +31,36 @@ void BM_RefreshAndPaint(benchmark::State& state)
     }
 }
 
+// A full repaint of the visible view at a zoom, without any change to the picture.
+void BM_FullRepaint(benchmark::State& state)
+{
+    WindowBench b(int(state.range(0)), int(state.range(1)), double(state.range(2)));
+    for (auto _ : state) {
+        b.paintView();
+        benchmark::DoNotOptimize(b.screen.constBits());
+    }
+}
+
+// One step of the scroll bar, then the paint of the view.
+void BM_ScrollStep(benchmark::State& state)
+{
+    WindowBench b(int(state.range(0)), int(state.range(1)), double(state.range(2)));
+    QScrollBar* bar = b.form.VScroll1();
+    int direction = 1;
+    for (auto _ : state) {
+        if (bar->value() + bar->singleStep() > bar->maximum() || bar->value() - bar->singleStep() < bar->minimum())
+            direction = -direction;
+        bar->setValue(bar->value() + direction * bar->singleStep());
+        b.paintView();
+        benchmark::DoNotOptimize(b.screen.constBits());
+    }
+}
+
 } // namespace
 
+BENCHMARK(BM_FullRepaint)->Args({600, 400, 500})->Args({6000, 4000, 500})->Args({6000, 4000, 25})
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_ScrollStep)->Args({600, 400, 500})->Args({6000, 4000, 500})->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_RefreshAndPaint)
     ->Args({400, 300, 100})
     ->Args({6000, 4000, 100})
