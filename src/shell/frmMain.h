@@ -70,6 +70,14 @@ public:
     void SaveUndoBitmap();
     void mnuundorevert_Click();
 
+    // The colour replacer's panel buttons: "Replace colors" swaps the picked source
+    // colour for the new one in the picture or the floating selection, with an undo
+    // step; "Cancel" forgets both colours.
+    void Replacecolors();
+    void CancelReplace();
+    // The operations this window has built that the tool panels may call by name.
+    QStringList builtOperations() const;
+
     // Files.
     void Save_Click();
     void SaveAs_Click();
@@ -144,6 +152,8 @@ public:
     void ShowPickedColor(Color c) override;
     void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
+    void ShowTransparencyColor(Color c) override;
+    void ShowReplaceColor(int index, Color c) override;
 
     // DocumentHost
     void PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y) override;

@@ -4,7 +4,10 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "tools/DrawState.h"
+#include "tools/ColorPicker.h"
+#include "tools/Crop.h"
 #include "tools/Pencil.h"
+#include "tools/RetouchTools.h"
 #include "tools/ToolHost.h"
 
 namespace velunta {
@@ -20,6 +23,20 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     switch (st.CurrentTool) {
     case 1:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+        break;
+    case 6:
+    case 11:
+    case 13:
+    case 15:
+    case 18:
+    case 19:
+        RetouchDab(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 7:
+        CropStroke(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 8:
+        ColorPickerTool(ctx, doc, surface, x, y, button);
         break;
     case 2:  // the zoom tool acts in the release pipeline
     case 17: // the colour replacer acts through its panel buttons
