@@ -21,10 +21,10 @@ struct Brush {
     bool option;
 };
 constexpr Brush kBrushes[] = {
-    {6, 2, false},  // soft spray
-    {6, 2, true},   // hard spray
-    {11, 3, false}, // brighten
-    {13, 8, false}, // blur
+    {6, 2, false},   // soft spray
+    {6, 2, true},    // hard spray
+    {11, 3, false},  // brighten
+    {13, 8, false},  // blur
     {15, 10, false}, // darken
     {18, 12, false}, // dissolve, reds
     {18, 12, true},  // dissolve with noise
@@ -89,8 +89,8 @@ void BM_BlurDrag200(benchmark::State& state)
         }
     }
     // Seconds per pointer sample; a 60 Hz pointer leaves 16 ms.
-    state.counters["s/sample"] = benchmark::Counter(200.0 * double(state.iterations()),
-                                                    benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+    state.counters["s/sample"] = benchmark::Counter(
+        200.0 * double(state.iterations()), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 
 void brushArgs(benchmark::internal::Benchmark* b)

@@ -26,7 +26,10 @@ MaskedChannels maskedChannels(Color c)
 }
 
 // A component above 255 counts as 255 when the colour is composed.
-Color composeCapped(int r, int g, int b) { return RGB(Clamp255(r), Clamp255(g), Clamp255(b)); }
+Color composeCapped(int r, int g, int b)
+{
+    return RGB(Clamp255(r), Clamp255(g), Clamp255(b));
+}
 
 } // namespace
 
@@ -118,8 +121,8 @@ void BlurBrush(Surface& surface, double x, double y, int size, int rings, int* l
         *lastY = I2(y);
 }
 
-void DissolveBrush(Surface& surface, double x, double y, int size, int rings, int mode, int intensity, bool noise,
-                   Random& random)
+void DissolveBrush(Surface& surface, double x, double y, int size, int rings, int mode, int intensity,
+                   bool noise, Random& random)
 {
     PixelAccess px(surface);
     const int base = intensity;

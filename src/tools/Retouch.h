@@ -24,8 +24,7 @@ int OutermostRing(int size, int rings);
 // `step` between samples (2 makes a sieve). Ring i reaches the radius
 // I2(size / rings * i). Pixel positions go through I4, since a centre inside a
 // floating selection may be fractional. rings <= 0 walks nothing.
-template <class Visit>
-void RingWalk(double x, double y, int size, int rings, int step, Visit&& visit)
+template <class Visit> void RingWalk(double x, double y, int size, int rings, int step, Visit&& visit)
 {
     if (rings <= 0 || size < 0)
         return;
@@ -77,8 +76,8 @@ void BlurBrush(Surface& surface, double x, double y, int size, int rings, int* l
 // Dissolve Colors: mode 0, 1, 2 take `intensity` off red, green or blue (not below 0);
 // mode 3 turns the area grey, (R + G + B) / 3 + intensity / 10. With noise each pixel
 // takes I2(Rnd * 100 + intensity) instead.
-void DissolveBrush(Surface& surface, double x, double y, int size, int rings, int mode, int intensity, bool noise,
-                   Random& random);
+void DissolveBrush(Surface& surface, double x, double y, int size, int rings, int mode, int intensity,
+                   bool noise, Random& random);
 
 // Enhance Colors: with `filterBase` the two channels other than the mode's (0 red,
 // 1 green, 2 blue) are divided by intensity + 1; without it the mode's channel gains

@@ -37,9 +37,8 @@ private Q_SLOTS:
     void cropThenUndoResizeRestores_data();
     void cropThenUndoResizeRestores();
     void replaceColorsIsOneUndoStep();
-    void replaceWithEqualColoursChangesNothing();
+    void replaceWithEqualColoursOrAfterCancelChangesNothing();
     void replaceInsideTheFloatingSelection();
-    void cancelForgetsThePickedColours();
     void sizeAbove181EndsTheDabAndTheProgramRunsOn();
 };
 
@@ -51,7 +50,8 @@ void tst_RetouchWindow::cropThenUndoResizeRestores_data()
     QTest::addColumn<QRect>("block"); // the picture's block that remains
     // At 100 view x + 0.5 reads image x; at 200 view 2x + 1 does.
     QTest::newRow("zoom 100") << 100.0 << QPointF(10.5, 8.5) << QPointF(40.5, 30.5) << QRect(10, 8, 30, 22);
-    QTest::newRow("zoom 100, dragged up") << 100.0 << QPointF(40.5, 30.5) << QPointF(10.5, 8.5) << QRect(10, 8, 30, 22);
+    QTest::newRow("zoom 100, dragged up")
+        << 100.0 << QPointF(40.5, 30.5) << QPointF(10.5, 8.5) << QRect(10, 8, 30, 22);
     QTest::newRow("zoom 200") << 200.0 << QPointF(21, 17) << QPointF(81, 61) << QRect(10, 8, 30, 22);
 }
 
@@ -90,7 +90,8 @@ void tst_RetouchWindow::replaceColorsIsOneUndoStep()
     MainWindowFixture f;
     frmMain& m = f.main();
     frmPaint* form = f.newDocument(20, 10);
-    form->doc.Buffer.setImage(MakeImage(20, 10, [](int x, int) { return x < 8 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
+    form->doc.Buffer.setImage(
+        MakeImage(20, 10, [](int x, int) { return x < 8 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
     m.state().ReplaceColors = {RGB(255, 0, 0), RGB(0, 255, 0)};
     const int slot = m.undo().UndoWriteSlot;
     m.Replacecolors();
@@ -102,19 +103,25 @@ void tst_RetouchWindow::replaceColorsIsOneUndoStep()
     QVERIFY(m.builtOperations().contains(QStringLiteral("Replacecolors")));
 }
 
-void tst_RetouchWindow::replaceWithEqualColoursChangesNothing()
+void tst_RetouchWindow::replaceWithEqualColoursOrAfterCancelChangesNothing()
 {
     MainWindowFixture f;
     frmMain& m = f.main();
     frmPaint* form = f.newDocument(20, 10);
     form->doc.Buffer.setImage(pattern(20, 10));
     const QImage before = form->doc.Buffer.Image().copy();
-    m.state().ReplaceColors = {GetPixel(form->doc.Buffer, 4, 4), GetPixel(form->doc.Buffer, 4, 4)};
     const int slot = m.undo().UndoWriteSlot;
+    const Color c = GetPixel(form->doc.Buffer, 4, 4);
+    m.state().ReplaceColors = {c, c};
+    m.Replacecolors();
+    m.state().ReplaceColors = {c, RGB(1, 2, 3)};
+    m.CancelReplace();
+    QCOMPARE(m.state().ReplaceColors[0], kNoColor);
     m.Replacecolors();
     QCOMPARE(DifferingPixels(before, form->doc.Buffer.Image()), 0);
     QCOMPARE(m.undo().UndoWriteSlot, slot);
     QVERIFY(!form->doc.Dirty);
+    QVERIFY(m.builtOperations().contains(QStringLiteral("CancelReplace")));
 }
 
 void tst_RetouchWindow::replaceInsideTheFloatingSelection()
@@ -135,18 +142,6 @@ void tst_RetouchWindow::replaceInsideTheFloatingSelection()
     // The view's refresh stamps the selection; the picture around it keeps its red.
     QCOMPARE(GetPixel(doc.Buffer, 11, 3), Color(0));
     QCOMPARE(GetPixel(doc.Buffer, 3, 3), RGB(255, 0, 0));
-}
-
-void tst_RetouchWindow::cancelForgetsThePickedColours()
-{
-    MainWindowFixture f;
-    frmMain& m = f.main();
-    f.newDocument(20, 10);
-    m.state().ReplaceColors = {RGB(255, 0, 0), RGB(0, 0, 0)};
-    m.CancelReplace();
-    QCOMPARE(m.state().ReplaceColors[0], kNoColor);
-    QCOMPARE(m.state().ReplaceColors[1], kNoColor);
-    QVERIFY(m.builtOperations().contains(QStringLiteral("CancelReplace")));
 }
 
 void tst_RetouchWindow::sizeAbove181EndsTheDabAndTheProgramRunsOn()

