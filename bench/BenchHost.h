@@ -54,6 +54,8 @@ public:
     bool ToggleSnapGrid() override { return false; }
     void ShowPickedColor(Color) override {}
     void ColorsChanged() override {}
+    void ShowTransparencyColor(Color) override {}
+    void ShowReplaceColor(int, Color) override {}
 };
 
 // A document window of a fixed viewport over a w x h picture, scrolled to its middle.

@@ -87,6 +87,13 @@ public:
     void RemoveSelection();
     // The picture on the clipboard, or a null image.
     QImage clipboardPicture() const;
+    // The colour replacer's panel buttons: "Replace colors" swaps the picked source
+    // colour for the new one in the picture or the floating selection, with an undo
+    // step; "Cancel" forgets both colours.
+    void Replacecolors();
+    void CancelReplace();
+    // The operations this window has built that the tool panels may call by name.
+    QStringList builtOperations() const;
 
     // Files.
     void Save_Click();
@@ -181,6 +188,8 @@ public:
     void ShowPickedColor(Color c) override;
     void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
+    void ShowTransparencyColor(Color c) override;
+    void ShowReplaceColor(int index, Color c) override;
 
     // DocumentHost
     void PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y) override;

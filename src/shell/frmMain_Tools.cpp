@@ -102,7 +102,15 @@ bool frmMain::ToggleSnapGrid()
     return m_chkSnapGrid->isChecked();
 }
 
-void frmMain::ShowPickedColor(Color c) { m_controls->ShowPickedColor(c); }
+void frmMain::ShowPickedColor(Color c)
+{
+    m_controls->ShowPickedColor(c);
+    m_controls->SetPickReadouts(c);
+}
+
+void frmMain::ShowTransparencyColor(Color c) { m_controls->SetTransparencySwatch(c); }
+
+void frmMain::ShowReplaceColor(int index, Color c) { m_controls->SetReplaceSwatch(index, c); }
 
 void frmMain::PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y)
 {

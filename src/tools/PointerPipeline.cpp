@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "tools/ColorPicker.h"
 #include "tools/DrawState.h"
 #include "tools/Selection.h"
 #include "tools/SimplePaints.h"
@@ -73,6 +74,8 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
             ctx.host.ShowImageContextMenu(doc);
     }
     // The colour replacer picks its colours through the colour picker's reader.
+    if (tool == 17)
+        PickColorAt(ctx, doc, ViewToImage(x, doc.ZoomFactor), ViewToImage(y, doc.ZoomFactor), button);
     if (button == kRightButton && tool == 1)
         button = kLeftButton; // the right pencil draws; keptButton still says 2
 
@@ -190,6 +193,9 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
     }
     if (st.DetailPickerArmed && doc.viewWindow)
         doc.viewWindow->setPointerShape(21);
+    // While picking only the read-out follows the pointer; the swatches stay.
+    if (doc.Drawing && (tool == 8 || tool == 17))
+        PickColorAt(ctx, doc, doc.PointerImageA, doc.PointerImageB);
 }
 
 void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, float x, float y)

@@ -4,8 +4,11 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "tools/DrawState.h"
+#include "tools/ColorPicker.h"
+#include "tools/Crop.h"
 #include "tools/Pencil.h"
 #include "tools/Selection.h"
+#include "tools/RetouchTools.h"
 #include "tools/ToolHost.h"
 
 namespace velunta {
@@ -27,6 +30,20 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
         break;
     case 1:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+        break;
+    case 6:
+    case 11:
+    case 13:
+    case 15:
+    case 18:
+    case 19:
+        RetouchDab(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 7:
+        CropStroke(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 8:
+        ColorPickerTool(ctx, doc, surface, x, y, button);
         break;
     case 2:  // the zoom tool acts in the release pipeline
     case 17: // the colour replacer acts through its panel buttons

@@ -48,6 +48,10 @@ public:
     // The colour picker's read-outs and the working colours after a pick.
     virtual void ShowPickedColor(Color c) = 0;
     virtual void ColorsChanged() = 0;
+    // The floating selection's transparency colour (LblTransparencyColor) and the
+    // colour replacer's two swatches (LblReplaceCol(0) the source, (1) the new colour).
+    virtual void ShowTransparencyColor(Color c) = 0;
+    virtual void ShowReplaceColor(int index, Color c) = 0;
 };
 
 } // namespace velunta

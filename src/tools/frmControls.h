@@ -95,6 +95,12 @@ public:
     void SetAngleText(const QString& text);
     // The working colours or the swatch colours of the draw state changed: the samples follow.
     void ColorsChanged();
+    // The picker's read-outs (ColorPick and lblRed, lblGreen, lblBlue), the transparency
+    // swatch (LblTransparencyColor) and the replacer's swatches (LblReplaceCol(0), (1)).
+    // Each finds its control by name and does nothing while the panel has none.
+    void SetPickReadouts(Color c);
+    void SetTransparencySwatch(Color c);
+    void SetReplaceSwatch(int index, Color c);
 
     // What the strip needs from the main window.
     void setPrompt(Prompt* prompt) { m_prompt = prompt; }

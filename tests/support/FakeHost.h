@@ -43,6 +43,8 @@ public:
     bool ToggleSnapGrid() override { return state->SnapToGrid = !state->SnapToGrid; }
     void ShowPickedColor(Color c) override { picked = c; }
     void ColorsChanged() override { ++colorChanges; }
+    void ShowTransparencyColor(Color c) override { transparencyShown = c; }
+    void ShowReplaceColor(int index, Color c) override { replaceShown[index] = c; }
 
     Document& doc;
     DrawState* state = nullptr;
@@ -52,6 +54,8 @@ public:
     QList<int> selected, clicked;
     QString coords, area, zoomText, blend;
     Color picked = kNoColor;
+    Color transparencyShown = kNoColor;
+    Color replaceShown[2] = {kNoColor, kNoColor};
 };
 
 class FakeView : public DocumentView {

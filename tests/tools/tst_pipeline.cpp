@@ -179,6 +179,9 @@ void tst_Pipeline::pickerReturnsToLastTool_data()
     QTest::newRow("from select area: stays") << 5 << 8;
     QTest::newRow("from pointer: stays") << 0 << 8;
     QTest::newRow("from pencil back") << 1 << 1;
+    QTest::newRow("from airbrush back") << 6 << 6;
+    QTest::newRow("from crop: stays") << 7 << 8;
+    QTest::newRow("from the replacer: stays") << 17 << 8;
 }
 
 void tst_Pipeline::pickerReturnsToLastTool()

@@ -1,0 +1,41 @@
+// The colour replacer's commands: the exact swap of one colour for another in the
+// picture or the floating selection, and forgetting the picked colours.
+
+#include "shell/frmMain.h"
+
+#include "document/frmPaint.h"
+#include "tools/ColorPicker.h"
+
+namespace velunta {
+
+void frmMain::Replacecolors()
+{
+    frmPaint* form = activeDocument();
+    if (!form)
+        return;
+    Document& doc = form->doc;
+    const Color from = m_state.ReplaceColors[0], to = m_state.ReplaceColors[1];
+    // Nothing picked, or the same colour twice: the picture stays, and so does the ring.
+    if (from < 0 || to < 0 || from == to)
+        return;
+    PrepUndo();
+    Surface& target = doc.SelectArea.Visible ? doc.BufferSelected : doc.Buffer;
+    if (ReplaceColor(target, from, to) > 0)
+        doc.SetDirtyTrue();
+    UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
+}
+
+void frmMain::CancelReplace()
+{
+    for (int i = 0; i < 2; ++i) {
+        m_state.ReplaceColors[i] = kNoColor;
+        ShowReplaceColor(i, kNoColor);
+    }
+}
+
+QStringList frmMain::builtOperations() const
+{
+    return {QStringLiteral("Replacecolors"), QStringLiteral("CancelReplace")};
+}
+
+} // namespace velunta
