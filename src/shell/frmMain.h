@@ -93,7 +93,9 @@ public:
     void Replacecolors();
     void CancelReplace();
     // The operations this window has built that the tool panels may call by name.
-    QStringList builtOperations() const;
+    QStringList builtOperations() const { return m_operations.keys(); }
+    // Makes an operation available to the panels' buttons of that name.
+    void registerOperation(const QString& name, const std::function<void()>& handler);
 
     // Files.
     void Save_Click();
@@ -278,6 +280,7 @@ private:
     std::array<bool, 4> m_recentThere{};
     int MRUNext = 0;
     Color m_previewKey = kNoColor;
+    QHash<QString, std::function<void()>> m_operations;
     bool m_exiting = false;
 };
 

@@ -151,8 +151,6 @@ void frmMain::wireSelectionOptions()
 {
     frmControls& c = *m_controls;
     // The float's options preview at once; Apply keeps the preview, Cancel drops it.
-    for (const char* name : {"BlendThePic", "DoTransparent", "ApplySelection", "CancelSelection"})
-        c.setOperationAvailable(QString::fromLatin1(name), true);
     auto uncheck = [this, &c] {
         m_state.BlendSelection = false;
         m_state.TransparentSelection = false;
@@ -162,17 +160,17 @@ void frmMain::wireSelectionOptions()
                 box->setChecked(false);
             }
     };
-    connect(&c, &frmControls::operationRequested, this, [this, uncheck](const QString& name) {
-        guarded("selection option", [&] {
-            if (name == QLatin1String("ApplySelection")) {
-                ApplyToSelection();
-                uncheck();
-            } else if (name == QLatin1String("CancelSelection")) {
-                CancelSelectionOptions();
-                uncheck();
-            }
-        });
+    registerOperation(op::ApplySelection, [this, uncheck] {
+        ApplyToSelection();
+        uncheck();
     });
+    registerOperation(op::CancelSelection, [this, uncheck] {
+        CancelSelectionOptions();
+        uncheck();
+    });
+    // The check boxes themselves run the preview, on and off alike.
+    registerOperation(op::BlendThePic, [] {});
+    registerOperation(op::DoTransparent, [] {});
     for (const char* name : {"chkblendit", "ChkTransparencyColor"})
         if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name)))
             connect(box, &QCheckBox::toggled, this,

@@ -14,6 +14,12 @@
 
 namespace velunta {
 
+void frmMain::registerOperation(const QString& name, const std::function<void()>& handler)
+{
+    m_operations.insert(name, handler);
+    m_controls->setOperationAvailable(name, true);
+}
+
 void frmMain::wireControls()
 {
     frmControls& c = *m_controls;
@@ -29,10 +35,14 @@ void frmMain::wireControls()
             c.setOperationAvailable(name, isBuilt(name));
     connect(&c, &frmControls::operationRequested, this, [this](const QString& name) {
         guarded("frmControls operation", [&] {
-            if (m_actions.contains(name) && isBuilt(name))
+            if (m_operations.contains(name))
+                m_operations.value(name)();
+            else if (m_actions.contains(name) && isBuilt(name))
                 action(name)->trigger();
         });
     });
+    registerOperation(op::Replacecolors, [this] { Replacecolors(); });
+    registerOperation(op::CancelReplace, [this] { CancelReplace(); });
 
     // The zoom options show the zoom in force afterwards, or none without a document.
     auto zoomTo = [this](frmPaint* form, double zoom) {

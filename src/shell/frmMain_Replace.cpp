@@ -33,9 +33,4 @@ void frmMain::CancelReplace()
     }
 }
 
-QStringList frmMain::builtOperations() const
-{
-    return {QStringLiteral("Replacecolors"), QStringLiteral("CancelReplace")};
-}
-
 } // namespace velunta
