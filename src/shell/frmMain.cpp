@@ -133,6 +133,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     wireFileMenu();
     wireEditMenu();
     wireSaveCommands();
+    wireSettingsMenu();
     wireClipboard();
     wireViewMenu();
     wireWindowMenu();
@@ -158,7 +159,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     };
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
-
+    guarded("GetSettings", [&] { GetSettings(false); });
     MRUDlist(1);
 
     // The shell initialiser.
@@ -188,6 +189,12 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
         guarded("StartWithBlankPage", [&] { StartWithBlankPage(); });
         action(QStringLiteral("mnustartblankpage"))->setChecked(true);
     }
+    // The second read, then a save: a first run writes every key with its default.
+    guarded("GetSettings", [&] {
+        GetSettings(true);
+        m_controls->LoadDrawSettings();
+        SaveSettings(true);
+    });
 }
 
 frmPaint* frmMain::activeDocument() const
@@ -231,7 +238,7 @@ void frmMain::closeEvent(QCloseEvent* event)
                                         tr("Close Velunta")) == vbNo)
             cancel = true;
     }
-    SaveRecentFiles();
+    SaveSettings(false);
     if (cancel) {
         event->ignore();
         return;

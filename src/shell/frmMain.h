@@ -66,6 +66,14 @@ public:
     void Cmd_DblClick(int index);
     void KidsMode();
 
+    // Settings: false reads the window, view and tool option keys, true the text font,
+    // the two colours and AutoSizePos. Saving with false writes the window and view keys
+    // and the recent files; true adds the draw presets.
+    void GetSettings(bool drawPart);
+    void SaveSettings(bool drawPart);
+    void LoadLastDrawSettings();
+    void RestoreDefaultSettings();
+
     // Undo that the ring doesn't cover: the resize undo file and the saved picture.
     void UndoResize_Click();
     void RevertSaved(const QString& path);
@@ -146,6 +154,12 @@ public:
     int GuideLineStyle = 2;
     int GridColor = 0xF0F0F0;
     bool GridConstrain = false;
+    bool AutoSizePos = false;
+    QString NoURLupdate;
+    int NewImageWidth = 640;
+    int NewImageHeight = 480;
+    int FrameColorSheme = 0;
+    int FormColorSheme = 0;
     // The save dialog's filter index and the format of Save: 1, 2 BMP, 3 JPEG, 4 GIF, 5 all files.
     int SaveFilterIndex = 0;
     // The JPEG quality last used in this run, if any.
@@ -225,6 +239,7 @@ private:
     void wireWindowMenu();
     void wireHelpMenu();
     void wireSaveCommands();
+    void wireSettingsMenu();
     void applyGuideLines();
     void wireClipboard();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.

@@ -72,7 +72,7 @@ void frmMain::showDocument(frmPaint* form, bool maximized)
 
 void frmMain::NewImage_Click()
 {
-    frmNew dialog(LastNewWidth, LastNewHeight, m_services.prompt, this);
+    frmNew dialog(LastNewWidth, LastNewHeight, m_services.prompt, this, NewImageWidth, NewImageHeight);
     if (dialog.exec() != QDialog::Accepted)
         return;
     const NewImageChoice choice = dialog.choice();

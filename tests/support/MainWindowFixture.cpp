@@ -10,12 +10,12 @@
 
 namespace velunta::test {
 
-MainWindowFixture::MainWindowFixture()
+MainWindowFixture::MainWindowFixture(bool fresh)
 {
     const QString folder = m_home.path() + QStringLiteral("/app/");
     QDir().mkpath(folder + QStringLiteral("temp"));
-    // Each window starts from an empty settings store, as on a first run.
-    QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta")).clear();
+    if (fresh)
+        QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta")).clear();
     m_settings = std::make_unique<SettingsStore>();
     m_services = std::make_unique<Services>(Services{prompt, dialogs, *m_settings, folder, false});
     m_main = std::make_unique<frmMain>(*m_services);

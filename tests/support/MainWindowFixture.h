@@ -19,7 +19,8 @@ namespace velunta::test {
 
 class MainWindowFixture {
 public:
-    MainWindowFixture();
+    // fresh: start from an empty settings store, as on a first run.
+    explicit MainWindowFixture(bool fresh = true);
     ~MainWindowFixture();
 
     frmMain& main() { return *m_main; }
