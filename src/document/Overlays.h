@@ -19,6 +19,25 @@ struct RectOverlay {
         Width = width;
         Height = height;
     }
+
+    // Keeps a marquee on a view of this drawable size: a box running past the right or
+    // bottom edge is cut there, and a negative left or top moves to 0 with the size
+    // reduced by the overhang.
+    void clipTo(double viewWidth, double viewHeight)
+    {
+        if (Width > viewWidth - Left)
+            Width = viewWidth - Left;
+        if (Height > viewHeight - Top)
+            Height = viewHeight - Top;
+        if (Left < 0) {
+            Width += Left;
+            Left = 0;
+        }
+        if (Top < 0) {
+            Height += Top;
+            Top = 0;
+        }
+    }
 };
 
 // A line (FollowLine, Temp, Temp2, the guidelines Line1 and Line2).

@@ -28,18 +28,7 @@ void followPointer(Document& doc, const Surface& surface, int x, int y, double z
     // The view's drawable size: the picture at the zoom, inside the view's frame.
     const double viewWidth = doc.view.paintWidth > 0 ? doc.view.paintWidth - 2 : surface.ScaleWidth() * f;
     const double viewHeight = doc.view.paintHeight > 0 ? doc.view.paintHeight - 2 : surface.ScaleHeight() * f;
-    if (box.Width > viewWidth - box.Left)
-        box.Width = viewWidth - box.Left;
-    if (box.Height > viewHeight - box.Top)
-        box.Height = viewHeight - box.Top;
-    if (box.Left < 0) {
-        box.Width += box.Left;
-        box.Left = 0;
-    }
-    if (box.Top < 0) {
-        box.Height += box.Top;
-        box.Top = 0;
-    }
+    box.clipTo(viewWidth, viewHeight);
     box.Visible = true;
 }
 

@@ -65,19 +65,7 @@ void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, 
             area.Height = f * surface.CurrentY - f * y;
         }
         // The marquee stays on the view.
-        const double viewWidth = doc.view.paintWidth - 2, viewHeight = doc.view.paintHeight - 2;
-        if (area.Width > viewWidth - area.Left)
-            area.Width = viewWidth - area.Left;
-        if (area.Height > viewHeight - area.Top)
-            area.Height = viewHeight - area.Top;
-        if (area.Left < 0) {
-            area.Width += area.Left;
-            area.Left = 0;
-        }
-        if (area.Top < 0) {
-            area.Height += area.Top;
-            area.Top = 0;
-        }
+        area.clipTo(doc.view.paintWidth - 2, doc.view.paintHeight - 2);
         area.Visible = true;
         doc.invalidateView();
         return;
