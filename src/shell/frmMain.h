@@ -89,6 +89,14 @@ public:
     void mnuHideToolbar_Click();
     void TestDoEvents();
 
+    // The text tool's two panel operations, on the active document: "Apply Text" draws
+    // the box's text on the picture, "Cancel Text" drops it.
+    void ApplyText();
+    void CancelText();
+    // The operations of the tool panels that this window carries out, by name, so the
+    // panels can enable the buttons that call them.
+    QStringList builtOperations() const;
+
     // Fields of the window.
     bool StartBlankPage = false;
     bool MaximizeOnOpen = false;
@@ -142,6 +150,7 @@ public:
     void SetBlendText(const QString& text) override;
     bool ToggleSnapGrid() override;
     void ShowPickedColor(Color c) override;
+    void SetAngleText(const QString& text, int alignment) override;
     void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
 

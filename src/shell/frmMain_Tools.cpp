@@ -30,8 +30,10 @@ void frmMain::SelectTool(int tool)
     m_tools[tool]->setChecked(true);
     if (frmPaint* form = activeDocument()) {
         form->setPointerShape(tool == 0 ? -1 : tool);
-        if (tool != 12)
+        if (tool != 12) {
             form->doc.PendingText = false;
+            ClearTextState(form->doc); // text not applied is dropped with the tool
+        }
     }
 }
 
@@ -42,6 +44,9 @@ void frmMain::Cmd_Click(int index)
         form->doc.PendingText = false;
     if (index == 5 && form && form->doc.SelectArea.Visible)
         form->doc.SelectionMarker = false;
+    // Leaving the text tool with the pointer button applies the text.
+    if (index == 0 && m_state.CurrentTool == 12 && form)
+        ApplyText();
     if (index == 2 && form)
         m_controls->SetZoomOption(form->doc.ZoomFactor);
     bool cursorPanel = false;
@@ -103,6 +108,11 @@ bool frmMain::ToggleSnapGrid()
 }
 
 void frmMain::ShowPickedColor(Color c) { m_controls->ShowPickedColor(c); }
+
+void frmMain::SetAngleText(const QString& text, int alignment)
+{
+    m_controls->SetAngleText(text, alignment);
+}
 
 void frmMain::PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y)
 {

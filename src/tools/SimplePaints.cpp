@@ -4,7 +4,11 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "tools/DrawState.h"
+#include "tools/Fill.h"
+#include "tools/Gradient.h"
 #include "tools/Pencil.h"
+#include "tools/Shapes.h"
+#include "tools/Text.h"
 #include "tools/ToolHost.h"
 
 namespace velunta {
@@ -20,6 +24,27 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     switch (st.CurrentTool) {
     case 1:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+        break;
+    case 3:
+        FillTool(ctx, doc, surface, x, y, zoom);
+        break;
+    case 4:
+        GradientTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 9:
+        RectangleTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 10:
+        CircleTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 12:
+        TextTool(ctx, doc, surface, x, y, zoom);
+        break;
+    case 14:
+        LineTool(ctx, doc, surface, x, y, zoom, drawing, shift);
+        break;
+    case 16:
+        Rectangle3DTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
     case 2:  // the zoom tool acts in the release pipeline
     case 17: // the colour replacer acts through its panel buttons

@@ -42,6 +42,9 @@ public:
     void SetBlendText(const QString& text);
     QString blendText() const { return m_blendText; }
     void ShowPickedColor(Color c);
+    // The gradient panel's angle read-out lblAngle: its text and alignment (0 left,
+    // 1 right, 2 centred). Nothing happens while the panel has no such label.
+    void SetAngleText(const QString& text, int alignment);
     // The working colours changed: colour samples of the panels follow.
     void ColorsChanged();
 
