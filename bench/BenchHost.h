@@ -51,6 +51,7 @@ public:
     void ClearZoomOptions() override {}
     void ShowCursorPanel(bool) override {}
     void SetBlendText(const QString&) override {}
+    void SetAngleText(const QString&, int) override {}
     bool ToggleSnapGrid() override { return false; }
     void ShowPickedColor(Color) override {}
     void ColorsChanged() override {}

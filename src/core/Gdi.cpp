@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -345,7 +347,10 @@ bool SetPixelV(Surface& s, int x, int y, Color c)
 
 // ---- Flood fill ---------------------------------------------------------------------
 
-bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type)
+namespace {
+
+// The fill, and the region it found when `region` asks for it.
+bool fill(Surface& s, int x, int y, Color color, FloodFillType type, FillRegion* region)
 {
     QImage& image = s.Image();
     if (!image.valid(x, y))
@@ -367,6 +372,11 @@ bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type)
     // what the search sees.
     const std::vector<Span> spans =
         sameColour ? findRegion<true>(image, x, y, key) : findRegion<false>(image, x, y, key);
+    if (region) {
+        for (const Span& span : spans)
+            region->add(span.y, span.x0, span.x1);
+        region->seal();
+    }
     QRect touched;
     for (const Span& span : spans) {
         if (brush.style == 0) {
@@ -381,6 +391,42 @@ bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type)
     }
     s.touch(touched);
     return true;
+}
+
+} // namespace
+
+void FillRegion::add(int y, int x0, int x1)
+{
+    if (y < 0)
+        return;
+    if (std::size_t(y) >= m_rows.size())
+        m_rows.resize(std::size_t(y) + 1);
+    m_rows[std::size_t(y)].push_back({x0, x1});
+}
+
+void FillRegion::seal()
+{
+    for (auto& runs : m_rows)
+        std::sort(runs.begin(), runs.end());
+}
+
+bool FillRegion::contains(int x, int y) const
+{
+    if (y < 0 || std::size_t(y) >= m_rows.size())
+        return false;
+    const auto& runs = m_rows[std::size_t(y)];
+    auto after = std::upper_bound(runs.begin(), runs.end(), std::pair{x, std::numeric_limits<int>::max()});
+    return after != runs.begin() && std::prev(after)->second >= x;
+}
+
+bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type)
+{
+    return fill(s, x, y, color, type, nullptr);
+}
+
+bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type, FillRegion& region)
+{
+    return fill(s, x, y, color, type, &region);
 }
 
 // ---- Edges and inversion -------------------------------------------------------------

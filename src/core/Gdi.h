@@ -31,6 +31,8 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 namespace velunta {
 
@@ -83,6 +85,24 @@ enum FloodFillType { FLOODFILLBORDER = 0, FLOODFILLSURFACE = 1 };
 // the search. Outside the surface: false.
 bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type);
 
+// The pixels a fill found, as runs per row.
+class FillRegion {
+public:
+    void clear() { m_rows.clear(); }
+    bool empty() const { return m_rows.empty(); }
+    void add(int y, int x0, int x1);
+    // After the runs are in: sorts each row's runs so that contains() can search them.
+    void seal();
+    bool contains(int x, int y) const;
+
+private:
+    std::vector<std::vector<std::pair<int, int>>> m_rows; // by row, runs x0..x1
+};
+
+// The same, adding the region it found (before painting) to `region`. A fill that
+// stops at once (the start pixel says there is nothing to fill) adds nothing.
+bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type, FillRegion& region);
+
 // The Line statement: a line from (x1, y1) to (x2, y2) in `color`, DrawWidth wide;
 // the pen (CurrentX, CurrentY) moves to (x2, y2). Coordinates round half to even.
 // Width 1: the platform's cosmetic line, all pixels from the first point up to but
@@ -93,6 +113,17 @@ bool ExtFloodFill(Surface& s, int x, int y, Color color, FloodFillType type);
 void Line(Surface& s, double x1, double y1, double x2, double y2, Color color);
 // The same from the pen position.
 void LineTo(Surface& s, double x2, double y2, Color color);
+
+// One segment of Lines, its corners already whole pixels.
+struct LineSegment {
+    int x1, y1, x2, y2;
+    Color color;
+};
+// Draws the segments in order, each exactly as Line would (the last segment over a
+// pixel gives its colour); the pen moves to the last segment's second point. Many
+// long segments in a few directions, such as the strips of a gradient, cost about
+// one pass over the rows they cross instead of one per segment.
+void Lines(Surface& s, const std::vector<LineSegment>& segments);
 
 // The Line statement's box forms. Box: an outline in `color` (DrawWidth wide) through
 // both corners, the interior painted with the surface's brush; a wide outline is the

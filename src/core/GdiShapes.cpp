@@ -3,6 +3,7 @@
 
 #include "core/Gdi.h"
 
+#include "core/GdiPen.h"
 #include "core/GdiRaster.h"
 #include "core/Numbers.h"
 #include "core/Surface.h"
@@ -89,65 +90,27 @@ void cosmeticLine(QImage& image, int x1, int y1, int x2, int y2, QRgb colour, Bo
     }
 }
 
-// The round pen: every pixel whose centre lies within width / 2 of the segment
-// between the pen centres of the two points. An odd width centres the pen on the
-// pixel's centre, an even width on its top-left corner, so a dot is exactly `width`
-// pixels across (width 2 at x, y covers x - 1..x, y - 1..y). Each row is one span,
-// the stadium being convex: the hull of what the two end discs and the band between
-// them cover on that row.
+// The round pen (see GdiPen.h) into the picture.
 void roundPen(QImage& image, int x1, int y1, int x2, int y2, int width, QRgb colour, Bounds& bounds)
 {
-    constexpr double eps = 1e-9;
-    constexpr double inf = std::numeric_limits<double>::infinity();
-    const double shift = width % 2 ? 0.5 : 0.0;
-    const double ax = x1 + shift, ay = y1 + shift, bx = x2 + shift, by = y2 + shift;
-    const double r = width / 2.0;
-    const double dx = bx - ax, dy = by - ay, len2 = dx * dx + dy * dy, len = std::sqrt(len2);
-
-    const double rowFrom = std::max(0.0, std::floor(std::min(ay, by) - r - 0.5));
-    const double rowTo = std::min(image.height() - 1.0, std::ceil(std::max(ay, by) + r));
-    for (int py = int(rowFrom); py <= int(rowTo); ++py) {
-        const double yc = py + 0.5;
-        double lo = inf, hi = -inf;
-        for (const auto& [cx, cy] : {std::pair{ax, ay}, std::pair{bx, by}}) {
-            const double v = yc - cy, h2 = r * r - v * v;
-            if (h2 >= -eps) {
-                const double h = std::sqrt(std::max(0.0, h2));
-                lo = std::min(lo, cx - h);
-                hi = std::max(hi, cx + h);
-            }
-        }
-        if (len2 > 0) {
-            // With u = X - ax and v = yc - ay: the projection u dx + v dy lies in
-            // 0..len2 and the cross product u dy - v dx within +-r len.
-            const double v = yc - ay;
-            double bandLo = -inf, bandHi = inf;
-            const auto within = [&](double coefficient, double constant, double low, double high) {
-                if (std::fabs(coefficient) < eps) {
-                    if (constant < low - eps || constant > high + eps)
-                        bandLo = inf;
-                    return;
-                }
-                const double u0 = (low - constant) / coefficient, u1 = (high - constant) / coefficient;
-                bandLo = std::max(bandLo, std::min(u0, u1));
-                bandHi = std::min(bandHi, std::max(u0, u1));
-            };
-            within(dx, v * dy, 0, len2);
-            within(dy, -v * dx, -r * len, r * len);
-            if (bandLo <= bandHi) {
-                lo = std::min(lo, ax + bandLo);
-                hi = std::max(hi, ax + bandHi);
-            }
-        }
-        if (lo > hi)
-            continue;
-        const double from = std::max(0.0, std::ceil(lo - 0.5 - eps));
-        const double to = std::min(image.width() - 1.0, std::floor(hi - 0.5 + eps));
-        if (from > to)
-            continue;
-        paintSpan(image, py, int(from), int(to), colour);
-        bounds.add(int(from), int(to), py);
-    }
+    width = std::min(width, 32767); // the program's pen widths are 16-bit values
+    const auto [rowFrom, rowTo] = penRows(y1, y2, width, image.height());
+    if (rowFrom > rowTo)
+        return;
+    uchar* const bits = image.bits();
+    const qsizetype stride = image.bytesPerLine();
+    const auto paint = [&](int py, auto lo, auto hi) {
+        const int from = x1 + int(lo), to = x1 + int(hi);
+        QRgb* line = reinterpret_cast<QRgb*>(bits + py * stride);
+        for (int px = from; px <= to; ++px)
+            line[px] = colour;
+        bounds.add(from, to, py);
+    };
+    const std::int64_t left = -std::int64_t(x1), right = std::int64_t(image.width()) - 1 - x1;
+    if (fitsIn64({x1, y1, x2, y2}, width))
+        stadiumRows<std::int64_t>(x1, y1, x2, y2, width, rowFrom, rowTo, left, right, paint);
+    else
+        stadiumRows<__int128>(x1, y1, x2, y2, width, rowFrom, rowTo, left, right, paint);
 }
 
 void dot(QImage& image, int x, int y, int width, QRgb colour, Bounds& bounds)

@@ -3,8 +3,10 @@
 // fields of its window. The window (frmPaint) owns one and shows it; tools and
 // commands work on it without a window.
 
+#include "core/Gdi.h"
 #include "core/Surface.h"
 #include "document/Overlays.h"
+#include "document/TextBox.h"
 
 #include <QImage>
 #include <QString>
@@ -89,6 +91,20 @@ public:
     bool SelectionLifted = false;
     // The float's own pixels while its transparent or blend option shows a preview; null otherwise.
     QImage FloatOriginal;
+    // Counts the presses, so a tool can tell a new stroke from a move of the last one.
+    int StrokeSerial = 0;
+    // What the fill tool filled during the stroke StrokeSerial names, and with which
+    // brush: another fill from inside that region would change nothing.
+    struct FillMemo {
+        int stroke = -1;
+        bool selection = false;
+        Color color = 0;
+        int pattern = 0;
+        bool border = false;
+        FillRegion region;
+    } FillDrag;
+    // The text tool's box.
+    TextBoxState textBox;
     // The selection's origin in view pixels as last placed.
     int SelectionViewX = 0;
     int SelectionViewY = 0;

@@ -21,6 +21,8 @@ public:
     virtual void RealignZoom(double ratioY, double ratioX) = 0;
     // The window's caption changed.
     virtual void captionChanged() = 0;
+    // The text tool's box (Document::textBox) changed: show it as it now stands.
+    virtual void textBoxChanged() {}
 };
 
 } // namespace velunta

@@ -5,6 +5,8 @@
 #include "document/PaintArea.h"
 
 #include <QCloseEvent>
+#include <QLabel>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
@@ -31,6 +33,25 @@ frmPaint::frmPaint(DocumentHost& host, QWidget* parent) : QWidget(parent), m_hos
     m_vScroll->setFocusPolicy(Qt::NoFocus);
     connect(m_hScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
     connect(m_vScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
+    // The text box lies on the view, so its text scrolls and zooms with the picture and
+    // typing goes to it instead of to the tool keys.
+    m_textInput = new QPlainTextEdit(m_paintArea);
+    m_textInput->setObjectName(QStringLiteral("TextInput"));
+    m_textInput->setFrameStyle(QFrame::Box | QFrame::Plain);
+    m_textInput->setLineWidth(1);
+    m_textInput->document()->setDocumentMargin(0);
+    m_textInput->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_textInput->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_textInput->setLineWrapMode(QPlainTextEdit::NoWrap);
+    m_textInput->hide();
+    connect(m_textInput, &QPlainTextEdit::textChanged, this, &frmPaint::TextInput_Change);
+    m_lblTextInput = new QLabel(m_paintArea);
+    m_lblTextInput->setObjectName(QStringLiteral("lblTextInput"));
+    m_lblTextInput->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_lblTextInput->setTextFormat(Qt::PlainText);
+    m_lblTextInput->setMargin(0);
+    m_lblTextInput->setIndent(0);
+    m_lblTextInput->hide();
     doc.viewWindow = this;
     setFocusProxy(m_paintArea);
 }
@@ -172,6 +193,61 @@ void frmPaint::setPointerShape(int shape)
 }
 
 void frmPaint::captionChanged() { setWindowTitle(doc.Caption); }
+
+void frmPaint::textBoxChanged()
+{
+    const TextBoxState& box = doc.textBox;
+    m_showingTextBox = true;
+    const QFont font = TextBoxFont(box);
+    const Qt::Alignment align = (box.Centred ? Qt::AlignHCenter : Qt::AlignLeft) | Qt::AlignTop;
+    // The view's frame puts the picture one pixel in.
+    const auto place = [](QWidget* w, const QRectF& r) {
+        w->setGeometry(I4(r.left()) + 1, I4(r.top()) + 1, std::max(0, I4(r.width())),
+                       std::max(0, I4(r.height())));
+    };
+
+    QString shown = box.Text;
+    shown.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    if (m_textInput->toPlainText() != shown)
+        m_textInput->setPlainText(shown);
+    m_textInput->setFont(font);
+    QPalette pal = m_textInput->palette();
+    pal.setColor(QPalette::Base, ToQColor(box.BackColor));
+    pal.setColor(QPalette::Text, ToQColor(box.ForeColor));
+    m_textInput->setPalette(pal);
+    QTextOption option = m_textInput->document()->defaultTextOption();
+    option.setAlignment(align);
+    m_textInput->document()->setDefaultTextOption(option);
+    place(m_textInput, box.Input);
+    m_textInput->setVisible(box.InputVisible);
+
+    QString caption = box.LabelCaption;
+    caption.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    m_lblTextInput->setText(caption);
+    m_lblTextInput->setFont(font);
+    QPalette labelPal = m_lblTextInput->palette();
+    labelPal.setColor(QPalette::WindowText, ToQColor(box.ForeColor));
+    m_lblTextInput->setPalette(labelPal);
+    m_lblTextInput->setAlignment(align);
+    place(m_lblTextInput, box.Label);
+    m_lblTextInput->setVisible(box.LabelVisible);
+
+    if (box.FocusWanted && box.InputVisible) {
+        doc.textBox.FocusWanted = false;
+        m_textInput->setFocus();
+    } else if (!box.InputVisible && m_textInput->hasFocus()) {
+        m_paintArea->setFocus();
+    }
+    m_showingTextBox = false;
+}
+
+void frmPaint::TextInput_Change()
+{
+    if (m_showingTextBox)
+        return;
+    doc.textBox.Text = m_textInput->toPlainText().replace(QStringLiteral("\n"), QStringLiteral("\r\n"));
+    UpdateTextbox(doc);
+}
 
 void frmPaint::Form_Activate(bool guidelines, int guideColor, int guideStyle)
 {

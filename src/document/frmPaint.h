@@ -7,6 +7,8 @@
 
 #include <QWidget>
 
+class QLabel;
+class QPlainTextEdit;
 class QScrollBar;
 
 namespace velunta {
@@ -27,6 +29,9 @@ public:
     QWidget* back() const { return m_back; }
     QScrollBar* HScroll1() const { return m_hScroll; }
     QScrollBar* VScroll1() const { return m_vScroll; }
+    // The text tool's box and the label that shows its text over the picture.
+    QPlainTextEdit* TextInput() const { return m_textInput; }
+    QLabel* lblTextInput() const { return m_lblTextInput; }
 
     // Sizes PaintArea from the picture and the zoom: picture x zoom / 100 plus the frame.
     void SizePaintArea();
@@ -45,6 +50,7 @@ public:
     void PreDefZoom(double zoom) override;
     void RealignZoom(double ratioY, double ratioX) override;
     void captionChanged() override;
+    void textBoxChanged() override;
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -53,6 +59,8 @@ protected:
 
 private:
     void scrolled();
+    // The typing in the text box goes to the document, which sizes the box.
+    void TextInput_Change();
     void syncViewGeometry();
 
     DocumentHost& m_host;
@@ -60,6 +68,9 @@ private:
     PaintArea* m_paintArea = nullptr;
     QScrollBar* m_hScroll = nullptr;
     QScrollBar* m_vScroll = nullptr;
+    QPlainTextEdit* m_textInput = nullptr;
+    QLabel* m_lblTextInput = nullptr;
+    bool m_showingTextBox = false;
     int m_pointerShape = -1;
     bool m_closeWithoutQuestion = false;
     bool m_inResize = false;

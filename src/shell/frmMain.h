@@ -141,6 +141,10 @@ public:
     // The active document's pen takes the foreground colour.
     void ApplyColors();
     ColorStrip* colorStrip() const { return m_colorStrip; }
+    // The text tool's two panel operations, on the active document: "Apply Text" draws
+    // the box's text on the picture, "Cancel Text" drops it.
+    void ApplyText();
+    void CancelText();
 
     // Fields of the window.
     bool StartBlankPage = false;
@@ -202,6 +206,7 @@ public:
     void SetBlendText(const QString& text) override;
     bool ToggleSnapGrid() override;
     void ShowPickedColor(Color c) override;
+    void SetAngleText(const QString& text, int alignment) override;
     void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
     void ShowTransparencyColor(Color c) override;

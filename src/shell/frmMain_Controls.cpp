@@ -43,6 +43,8 @@ void frmMain::wireControls()
     });
     registerOperation(op::Replacecolors, [this] { Replacecolors(); });
     registerOperation(op::CancelReplace, [this] { CancelReplace(); });
+    registerOperation(op::ApplyText, [this] { ApplyText(); });
+    registerOperation(op::CancelText, [this] { CancelText(); });
 
     // The zoom options show the zoom in force afterwards, or none without a document.
     auto zoomTo = [this](frmPaint* form, double zoom) {

@@ -31,8 +31,10 @@ void frmMain::SelectTool(int tool)
     m_tools[tool]->setChecked(true);
     if (frmPaint* form = activeDocument()) {
         form->setPointerShape(tool == 0 ? -1 : tool);
-        if (tool != 12)
+        if (tool != 12) {
             form->doc.PendingText = false;
+            ClearTextState(form->doc); // text not applied is dropped with the tool
+        }
     }
 }
 
@@ -43,6 +45,9 @@ void frmMain::Cmd_Click(int index)
         form->doc.PendingText = false;
     if (index == 5 && form && form->doc.SelectArea.Visible)
         form->doc.SelectionMarker = false;
+    // Leaving the text tool with the pointer button applies the text.
+    if (index == 0 && m_state.CurrentTool == 12 && form)
+        ApplyText();
     if (index == 2 && form)
         m_controls->SetZoomOption(form->doc.ZoomFactor);
     bool cursorPanel = false;
@@ -111,6 +116,11 @@ void frmMain::ShowPickedColor(Color c)
 void frmMain::ShowTransparencyColor(Color c) { m_controls->SetTransparencySwatch(c); }
 
 void frmMain::ShowReplaceColor(int index, Color c) { m_controls->SetReplaceSwatch(index, c); }
+
+void frmMain::SetAngleText(const QString& text, int alignment)
+{
+    m_controls->SetAngleText(text, alignment);
+}
 
 void frmMain::PaintAreaMouseDown(frmPaint& form, int button, int shift, float x, float y)
 {

@@ -91,6 +91,7 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         if (ToolChangesPicture(tool, doc.SelectArea.Visible))
             doc.SetDirtyTrue();
         doc.Drawing = true;
+        ++doc.StrokeSerial;
         const double ix = ViewToImage(x, doc.ZoomFactor);
         const double iy = ViewToImage(y, doc.ZoomFactor);
         doc.Buffer.CurrentX = ix;

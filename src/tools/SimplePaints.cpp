@@ -6,9 +6,13 @@
 #include "tools/DrawState.h"
 #include "tools/ColorPicker.h"
 #include "tools/Crop.h"
+#include "tools/Fill.h"
+#include "tools/Gradient.h"
 #include "tools/Pencil.h"
-#include "tools/Selection.h"
 #include "tools/RetouchTools.h"
+#include "tools/Selection.h"
+#include "tools/Shapes.h"
+#include "tools/Text.h"
 #include "tools/ToolHost.h"
 
 namespace velunta {
@@ -25,11 +29,38 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     case 0:
         MoveSelection(ctx, doc, surface, x, y, zoom, drawing);
         break;
+    case 1:
+        PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+        break;
+    case 3:
+        FillTool(ctx, doc, surface, x, y, zoom);
+        break;
+    case 4:
+        GradientTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
     case 5:
         SelectAreaStroke(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 1:
-        PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
+    case 7:
+        CropStroke(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 8:
+        ColorPickerTool(ctx, doc, surface, x, y, button);
+        break;
+    case 9:
+        RectangleTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 10:
+        CircleTool(ctx, doc, surface, x, y, zoom, drawing);
+        break;
+    case 12:
+        TextTool(ctx, doc, surface, x, y, zoom);
+        break;
+    case 14:
+        LineTool(ctx, doc, surface, x, y, zoom, drawing, shift);
+        break;
+    case 16:
+        Rectangle3DTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
     case 6:
     case 11:
@@ -38,12 +69,6 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     case 18:
     case 19:
         RetouchDab(ctx, doc, surface, x, y, zoom, drawing);
-        break;
-    case 7:
-        CropStroke(ctx, doc, surface, x, y, zoom, drawing);
-        break;
-    case 8:
-        ColorPickerTool(ctx, doc, surface, x, y, button);
         break;
     case 2:  // the zoom tool acts in the release pipeline
     case 17: // the colour replacer acts through its panel buttons

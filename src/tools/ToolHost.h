@@ -45,6 +45,9 @@ public:
     // chkSnapGrid toggled by the keyboard; returns the new state.
     virtual bool ToggleSnapGrid() = 0;
 
+    // The gradient's angle read-out (lblAngle) and its alignment: 0 left, 1 right, 2 centred.
+    virtual void SetAngleText(const QString& text, int alignment) = 0;
+
     // The colour picker's read-outs and the working colours after a pick.
     virtual void ShowPickedColor(Color c) = 0;
     virtual void ColorsChanged() = 0;

@@ -323,8 +323,12 @@ void frmControls::ShowPickedColor(Color c)
     m_rgb[2]->setText(none ? QString() : QString::number(ColorBlue(c)));
 }
 
-void frmControls::SetAngleText(const QString& text)
+void frmControls::SetAngleText(const QString& text, int alignment)
 {
+    const Qt::Alignment horizontal = alignment == 1   ? Qt::AlignRight
+                                     : alignment == 2 ? Qt::AlignHCenter
+                                                      : Qt::AlignLeft;
+    m_lblAngle->setAlignment(horizontal | Qt::AlignVCenter);
     m_lblAngle->setText(text);
 }
 

@@ -91,9 +91,10 @@ public:
     QString blendText() const;
     // ColorPick and lblRed, lblGreen, lblBlue.
     void ShowPickedColor(Color c);
-    // lblAngle of the gradient panel.
-    void SetAngleText(const QString& text);
-    // The working colours or the swatch colours of the draw state changed: the samples follow.
+    // The gradient panel's angle read-out lblAngle: its text and alignment (0 left,
+    // 1 right, 2 centred). Nothing happens while the panel has no such label.
+    void SetAngleText(const QString& text, int alignment = 0);
+    // The working colours changed: colour samples of the panels follow.
     void ColorsChanged();
     // The picker's read-outs (ColorPick and lblRed, lblGreen, lblBlue), the transparency
     // swatch (LblTransparencyColor) and the replacer's swatches (LblReplaceCol(0), (1)).

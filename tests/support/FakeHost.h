@@ -40,6 +40,11 @@ public:
     void ClearZoomOptions() override { ++zoomOptionsCleared; }
     void ShowCursorPanel(bool visible) override { state->CursorPanelVisible = visible; }
     void SetBlendText(const QString& text) override { blend = text; }
+    void SetAngleText(const QString& text, int alignment) override
+    {
+        angle = text;
+        angleAlignment = alignment;
+    }
     bool ToggleSnapGrid() override { return state->SnapToGrid = !state->SnapToGrid; }
     void ShowPickedColor(Color c) override { picked = c; }
     void ColorsChanged() override { ++colorChanges; }
@@ -52,7 +57,8 @@ public:
         colorChanges = 0;
     bool undoEnabled = false;
     QList<int> selected, clicked;
-    QString coords, area, zoomText, blend;
+    QString coords, area, zoomText, blend, angle;
+    int angleAlignment = 0;
     Color picked = kNoColor;
     Color transparencyShown = kNoColor;
     Color replaceShown[2] = {kNoColor, kNoColor};
