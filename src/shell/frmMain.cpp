@@ -144,6 +144,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     resize(1100, 760);
     wireControls();
     wireSelectionOptions();
+    wireText();
 }
 
 frmMain::~frmMain()

@@ -253,6 +253,7 @@ private:
     // Connects the tool option strip to the documents and the commands.
     void wireControls();
     void wireSelectionOptions();
+    void wireText();
     // The float's preview with the options the panel shows now.
     void refreshSelectionPreview();
     void refreshWindowList();

@@ -33,6 +33,7 @@ private Q_SLOTS:
     void newImageTooLargeMakesNoDocument();
     void blankPageIs642x482InASmallWindow();
     void lateEventsAfterCloseDoNothing();
+    void textSizeReachesAnOpenBox();
 };
 
 void tst_frmMain::toolByButtonAndKey()
@@ -246,6 +247,21 @@ void tst_frmMain::lateEventsAfterCloseDoNothing()
         QTest::mouseRelease(area, Qt::LeftButton, {}, QPoint(6, 6));
     MainWindowFixture::settle();
     QVERIFY(f.main().documents().isEmpty());
+}
+
+void tst_frmMain::textSizeReachesAnOpenBox()
+{
+    MainWindowFixture f;
+    frmPaint* form = f.newDocument(100, 80);
+    f.main().Cmd(12)->click();
+    f.main().PaintAreaMouseDown(*form, 1, 0, 10, 10);
+    f.main().PaintAreaMouseUp(*form, 1, 0, 10, 10);
+    QVERIFY(form->doc.textBox.InputVisible);
+    form->PreDefZoom(200);
+    f.main().state().SelectorValues[7].Value = 30;
+    f.main().controls()->ApplyTextSize();
+    QCOMPARE(form->doc.Buffer.FontSize, 30.0);
+    QCOMPARE(form->doc.textBox.FontSize, 60.0); // the box shows the size at the zoom
 }
 
 QTEST_MAIN(tst_frmMain)
