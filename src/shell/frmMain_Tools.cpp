@@ -60,6 +60,8 @@ void frmMain::Cmd_Click(int index)
     ShowCursorPanel(cursorPanel);
     SelectTool(index);
     m_state.NoUndoNextStroke = 0;
+    if (index == 0 && m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey)
+        refreshSelectionPreview();
     // A tool change ends the time of a paste, in which strokes record no undo steps.
     m_undo.UndoDisabled = false;
 }

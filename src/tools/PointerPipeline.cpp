@@ -227,8 +227,13 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
         ZoomToolStep(ctx, doc, button == kLeftButton, x, y);
     if (tool == 8) {
         const int last = st.LastTool;
-        if (last != 0 && last != 5 && last != 7 && last != 2 && last != 17)
+        if (st.TransparencyPickArmed) {
+            // The float's key colour was picked: back to the pointer and the float's panel.
+            st.TransparencyPickArmed = false;
+            ctx.host.Cmd_Click(0);
+        } else if (last != 0 && last != 5 && last != 7 && last != 2 && last != 17) {
             ctx.host.Cmd_Click(last);
+        }
     }
     ctx.host.SetZoomText(NumberText(doc.ZoomFactor) + QStringLiteral("%"));
     if (st.CursorPanelVisible || tool > 0) {

@@ -5,8 +5,10 @@
 #include "document/frmPaint.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
+#include "tools/frmControls.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QtTest>
 
@@ -18,6 +20,7 @@ class tst_Clipboard : public QObject {
 private Q_SLOTS:
     void roundTripWithTheSystemClipboard();
     void cutLeavesBackgroundAndPasteWorksInAnotherPicture();
+    void keyColourPickedWithThePicker();
 };
 
 void tst_Clipboard::roundTripWithTheSystemClipboard()
@@ -59,6 +62,31 @@ void tst_Clipboard::cutLeavesBackgroundAndPasteWorksInAnotherPicture()
     m.PasteSpecial_Click();
     QCOMPARE(m.activeDocument()->doc.Buffer.ScaleWidth(), 30);
     QCOMPARE(m.activeDocument()->doc.Caption, QStringLiteral("Untitled - 100%"));
+}
+
+void tst_Clipboard::keyColourPickedWithThePicker()
+{
+    MainWindowFixture f;
+    frmMain& m = f.main();
+    frmPaint* form = f.newDocument(40, 40, RGB(255, 255, 255));
+    QApplication::clipboard()->setImage(MakeImage(10, 10, [](int x, int) { return x < 5 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
+    m.Paste_Click();
+    m.Cmd_Click(0);
+    auto* transparent = m.controls()->control<QCheckBox>(QStringLiteral("ChkTransparencyColor"));
+    QVERIFY(transparent && transparent->isEnabled());
+    transparent->click();
+    // A click on the swatch arms the pick and hands over to the colour picker.
+    QWidget* swatch = m.controls()->control<QWidget>(QStringLiteral("LblTransparencyColor"));
+    QTest::mouseClick(swatch, Qt::LeftButton);
+    MainWindowFixture::settle();
+    QCOMPARE(m.state().CurrentTool, 8);
+    m.PaintAreaMouseDown(*form, 1, 0, 3, 3); // a red pixel of the float
+    m.PaintAreaMouseUp(*form, 1, 0, 3, 3);
+    QCOMPARE(m.state().TransparencyColor, RGB(255, 0, 0));
+    QCOMPARE(m.state().CurrentTool, 0);
+    // Red shows what lies under the float; blue stays.
+    QCOMPARE(GetPixel(form->doc.Buffer, 2, 2), RGB(255, 255, 255));
+    QCOMPARE(GetPixel(form->doc.Buffer, 7, 2), RGB(0, 0, 255));
 }
 
 QTEST_MAIN(tst_Clipboard)
