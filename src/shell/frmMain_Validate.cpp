@@ -84,9 +84,11 @@ void frmMain::ValidateMenus()
     }
     if (m_colorStrip)
         m_colorStrip->setPaletteEnabled(form != nullptr);
-    // New and Open stand ready with or without a document.
+    // New, Open and leaving stand ready with or without a document.
     enableCommand(0, true);
     enableCommand(1, true);
+    for (const QString& name : {QStringLiteral("NewImage"), QStringLiteral("Open"), QStringLiteral("Exit")})
+        enable(name, true);
 }
 
 void frmMain::SetUndoEnabled(bool enabled)

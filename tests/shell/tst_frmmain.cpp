@@ -93,6 +93,8 @@ void tst_frmMain::validateMenusStates()
     QVERIFY(!m.action(QStringLiteral("Image"))->isEnabled());
     QVERIFY(!m.CmdCommands(7)->isEnabled());
     QVERIFY(m.CmdCommands(0)->isEnabled());
+    for (const char* name : {"NewImage", "Open", "Exit", "mnuKidsMode", "mnuextra3", "mnuhelp(9)"})
+        QVERIFY2(m.action(QString::fromLatin1(name))->isEnabled(), name);
     QCOMPARE(m.undo().UndoWriteSlot, 0);
     QCOMPARE(m.undo().UndoCursor, 0);
     QVERIFY(!m.undo().UndoDisabled);
