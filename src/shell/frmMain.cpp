@@ -259,12 +259,19 @@ void frmMain::dragEnterEvent(QDragEnterEvent* event)
 
 void frmMain::dropEvent(QDropEvent* event)
 {
-    const QList<QUrl> urls = event->mimeData()->urls();
+    if (MDIForm_OLEDragDrop(*event->mimeData()))
+        event->acceptProposedAction();
+}
+
+bool frmMain::MDIForm_OLEDragDrop(const QMimeData& data)
+{
+    // The first file dropped opens; other data is ignored.
+    const QList<QUrl> urls = data.urls();
     if (urls.isEmpty() || !urls.first().isLocalFile())
-        return;
-    event->acceptProposedAction();
+        return false;
     FileToOpen = urls.first().toLocalFile();
     guarded("Open_Click", [this] { Open_Click(); });
+    return true;
 }
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event)

@@ -19,6 +19,7 @@
 
 class QLabel;
 class QMdiArea;
+class QMimeData;
 class QMdiSubWindow;
 class QMenu;
 class QToolButton;
@@ -63,6 +64,8 @@ public:
     void Exit_Click();
     void StartWithBlankPage();
     void CmdCommands_Click(int index);
+    // Files dropped on the main window: the first one opens.
+    bool MDIForm_OLEDragDrop(const QMimeData& data);
     void Cmd_DblClick(int index);
     void KidsMode();
 

@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QMimeData>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMenu>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void blankPageIs642x482InASmallWindow();
     void lateEventsAfterCloseDoNothing();
     void textSizeReachesAnOpenBox();
+    void damagedFileAndDroppedFile();
 };
 
 void tst_frmMain::toolByButtonAndKey()
@@ -264,6 +266,33 @@ void tst_frmMain::textSizeReachesAnOpenBox()
     f.main().controls()->ApplyTextSize();
     QCOMPARE(form->doc.Buffer.FontSize, 30.0);
     QCOMPARE(form->doc.textBox.FontSize, 60.0); // the box shows the size at the zoom
+}
+
+void tst_frmMain::damagedFileAndDroppedFile()
+{
+    QTemporaryDir dir;
+    const QString damaged = dir.filePath(QStringLiteral("damaged.bmp"));
+    QFile file(damaged);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("BM this is no picture at all");
+    file.close();
+    MainWindowFixture f;
+    f.main().FileToOpen = damaged;
+    f.main().Open_Click();
+    QCOMPARE(f.prompt.shown.size(), 1);
+    QVERIFY(f.prompt.shown.first().text.startsWith(QStringLiteral("Error loading ") + damaged + QStringLiteral(". Err nr:")));
+    QCOMPARE(f.main().documents().size(), 1); // the empty window stays
+
+    const QString good = dir.filePath(QStringLiteral("good.bmp"));
+    QVERIFY(MakeImage(9, 4, [](int, int) { return RGB(5, 6, 7); }).save(good, "BMP"));
+    QMimeData text;
+    text.setText(QStringLiteral("not a file"));
+    QVERIFY(!f.main().MDIForm_OLEDragDrop(text));
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(good), QUrl::fromLocalFile(damaged)});
+    QVERIFY(f.main().MDIForm_OLEDragDrop(files));
+    QCOMPARE(f.main().documents().size(), 2);
+    QCOMPARE(f.main().activeDocument()->doc.Buffer.Tag, good);
 }
 
 QTEST_MAIN(tst_frmMain)

@@ -15,6 +15,7 @@ private Q_SLOTS:
     void viewToImage_data();
     void viewToImage();
     void snapRoundsHalvesToEven();
+    void snapOnlyWhilePressed();
     void pressAtView10_11IsImage10_10();
     void undoPointsOfAStroke_data();
     void undoPointsOfAStroke();
@@ -65,6 +66,20 @@ void tst_Pipeline::snapRoundsHalvesToEven()
     SnapPoint(x, y, 0, 4); // a step below 1 counts as 10
     QCOMPARE(x, 10.f);
     QCOMPARE(y, 0.f);
+}
+
+void tst_Pipeline::snapOnlyWhilePressed()
+{
+    ToolBench b;
+    b.state.CurrentTool = 5;
+    b.state.SnapToGrid = true;
+    PaintArea_MouseMove(b.ctx, b.doc, kNoButton, 0, 13, 17);
+    QCOMPARE(b.host.coords, QStringLiteral("13, 17")); // hovering is never snapped
+    PaintArea_MouseDown(b.ctx, b.doc, kLeftButton, 0, 13, 17);
+    QCOMPARE(b.doc.Buffer.CurrentX, 9.5); // the press snapped to 10, 20
+    QCOMPARE(b.doc.Buffer.CurrentY, 19.5);
+    PaintArea_MouseUp(b.ctx, b.doc, kLeftButton, 0, 13, 17);
+    QVERIFY(!b.doc.SnapPressed);
 }
 
 void tst_Pipeline::pressAtView10_11IsImage10_10()
