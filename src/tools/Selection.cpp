@@ -103,9 +103,9 @@ void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int
     if (!doc.SelectArea.Visible)
         return;
     DrawState& st = ctx.state;
-    // The whole zoom factor: below 150 % it rounds to 1, and below 50 % to 0, where the
-    // marquee stands still.
-    const int z = I2(zoom / 100.0);
+    // The marquee follows the pointer at the view's own scale, so a selection moves at
+    // every zoom (a whole-number factor would stand still below 50 % and run ahead at 150 %).
+    const double z = zoom / 100.0;
     const double k = 100.0 / zoom;
     Surface& sel = doc.BufferSelected;
     Surface& back = doc.SelectedBack;

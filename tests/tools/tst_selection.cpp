@@ -37,6 +37,8 @@ private Q_SLOTS:
     void clickWithoutDragDropsIt();
     void moveCopiesAndCutLeavesBackground();
     void pressOutsideDropsTheSelection();
+    void moveFollowsThePointerAtEveryZoom_data();
+    void moveFollowsThePointerAtEveryZoom();
     void pasteLandsAtVisibleTopLeft();
     void selectAllThenClearPaintsBackground();
     void preview_data();
@@ -90,6 +92,28 @@ void tst_Selection::pressOutsideDropsTheSelection()
     QVERIFY(!b.doc.SelectArea.Visible);
     QVERIFY(!b.doc.SelectionLifted);
     QCOMPARE(b.host.area, QStringLiteral("0 x 0"));
+}
+
+void tst_Selection::moveFollowsThePointerAtEveryZoom_data()
+{
+    QTest::addColumn<double>("zoom");
+    QTest::newRow("50") << 50.0;
+    QTest::newRow("150") << 150.0;
+    QTest::newRow("300") << 300.0;
+}
+
+void tst_Selection::moveFollowsThePointerAtEveryZoom()
+{
+    QFETCH(double, zoom);
+    ToolBench b(200, 200);
+    b.doc.ZoomFactor = zoom;
+    b.doc.view.paintWidth = b.doc.view.paintHeight = int(200 * zoom / 100) + 2;
+    const double f = zoom / 100;
+    drag(b, 5, QPoint(int(20 * f), int(20 * f)), QPoint(int(60 * f), int(60 * f)));
+    const double left = b.doc.BufferSelected.Left;
+    // Drag the float by 40 picture pixels: 40 x zoom / 100 view pixels.
+    drag(b, 0, QPoint(int(30 * f), int(30 * f)), QPoint(int(70 * f), int(30 * f)));
+    QVERIFY2(std::abs(b.doc.BufferSelected.Left - (left + 40)) <= 1.5, qPrintable(QString::number(b.doc.BufferSelected.Left)));
 }
 
 void tst_Selection::pasteLandsAtVisibleTopLeft()

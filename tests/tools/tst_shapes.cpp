@@ -104,22 +104,29 @@ void tst_Shapes::clickIsOneDotInTheLineWidth_data()
 {
     QTest::addColumn<int>("width");
     QTest::addColumn<int>("arrow");
-    QTest::newRow("4") << 4 << 0;
-    QTest::newRow("7, arrow style") << 7 << 1; // no arrow of no length: still the dot
+    QTest::addColumn<QPointF>("press");
+    QTest::addColumn<QPoint>("release");
+    QTest::newRow("4") << 4 << 0 << QPointF(15, 15) << QPoint(15, 15);
+    QTest::newRow("7, arrow style") << 7 << 1 << QPointF(15, 15) << QPoint(15, 15); // no arrow of no length
+    // A click at 100 %: the press reads half a pixel off, and the ends meet once rounded.
+    QTest::newRow("a real click at 100 %") << 3 << 0 << QPointF(14.5, 14.5) << QPoint(14, 14);
+    QTest::newRow("a real click, arrow style") << 3 << 1 << QPointF(14.5, 14.5) << QPoint(14, 14);
 }
 
 void tst_Shapes::clickIsOneDotInTheLineWidth()
 {
     QFETCH(int, width);
     QFETCH(int, arrow);
+    QFETCH(QPointF, press);
+    QFETCH(QPoint, release);
     ToolBench b(30, 30);
     b.state.CurrentTool = 14;
     b.state.ArrowStyle = arrow;
     b.state.SelectorValues[9].Value = width;
-    QVERIFY(drag(b, {15, 15}, {15, 15}));
+    QVERIFY(drag(b, press, release));
     const QRect dot = inkBounds(b.doc.Buffer);
     QCOMPARE(dot.size(), QSize(width, width));
-    QCOMPARE(GetPixel(b.doc.Buffer, 15, 15), kInk);
+    QCOMPARE(GetPixel(b.doc.Buffer, release.x(), release.y()), kInk);
 }
 
 void tst_Shapes::shiftLocksNearUprightLines_data()
