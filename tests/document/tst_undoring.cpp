@@ -31,106 +31,85 @@ void paint(Document& doc, Color c)
 class tst_UndoRing : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void undoWalksSlotsInFixedOrder();
-    void fifthRecordOverwritesSlotOne();
-    void flagsSkipRecording();
-    void emptyRingWrapsToTheFile();
-    void slotOfAnotherSizeShowsClipped();
-    void restoresExactBytes();
+    void fifthRecordOverwritesSlotOneAndUndoWalksInFixedOrder()
+    {
+        Document doc = pictureOf(4, 3, 0);
+        UndoState undo;
+        for (int i = 1; i <= 5; ++i) {
+            paint(doc, RGB(i, 0, 0));
+            PrepUndo(undo, doc);
+        }
+        QCOMPARE(undo.UndoWriteSlot, 1);
+        QCOMPARE(FilledUndoSlots(doc), 4);
+        // 1, 2, 3, 4 and round, whatever slot was written last.
+        for (int expected : {1, 2, 3, 4, 1}) {
+            QCOMPARE(UndoStep(undo, doc, {}), expected);
+            QCOMPARE(GetPixel(doc.Buffer, 1, 1), RGB(expected == 1 ? 5 : expected, 0, 0));
+            QVERIFY(undo.UndoSuppressed);
+        }
+    }
+
+    void flagsSkipRecording()
+    {
+        Document doc = pictureOf(4, 3, 0);
+        UndoState undo;
+        undo.CancelRequested = true;
+        undo.UndoSuppressed = true;
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 0);
+        QVERIFY(!undo.CancelRequested);
+        undo.UndoSuppressed = false;
+        undo.UndoDisabled = true;
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 0);
+        undo.UndoDisabled = false;
+        undo.SkipNextPrepUndo = true; // the load of a file is no step to undo to
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 0);
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 1);
+    }
+
+    void emptyRingWrapsToTheFile()
+    {
+        Document doc = pictureOf(4, 3, RGB(9, 9, 9));
+        UndoState undo;
+        int reverts = 0;
+        UndoStep(undo, doc, [&] { ++reverts; });
+        QCOMPARE(reverts, 0); // never saved: nothing to reload
+        QCOMPARE(undo.UndoCursor, 1);
+        QCOMPARE(GetPixel(doc.Buffer, 0, 0), RGB(9, 9, 9)); // the empty slot copies nothing
+        doc.Buffer.Tag = QStringLiteral("/some/picture.bmp");
+        UndoStep(undo, doc, [&] { ++reverts; });
+        QCOMPARE(reverts, 1);
+        QCOMPARE(undo.UndoCursor, 1);
+    }
+
+    void slotOfAnotherSizeShowsClipped()
+    {
+        Document doc = pictureOf(4, 4, RGB(1, 1, 1));
+        UndoState undo;
+        PrepUndo(undo, doc);
+        doc.Buffer.BackColor = RGB(2, 2, 2);
+        doc.Buffer.setSize(8, 8); // a 6 x 6 picture now
+        doc.Buffer.Cls();
+        UndoStep(undo, doc, {});
+        QCOMPARE(GetPixel(doc.Buffer, 3, 3), RGB(1, 1, 1));
+        QCOMPARE(GetPixel(doc.Buffer, 5, 5), RGB(2, 2, 2)); // old pixels at the rim
+    }
+
+    void restoresExactBytes()
+    {
+        Document doc;
+        doc.Buffer.setImage(MakeImage(33, 17, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); }));
+        const QImage original = doc.Buffer.Image().copy();
+        UndoState undo;
+        PrepUndo(undo, doc);
+        paint(doc, 0);
+        UndoStep(undo, doc, {});
+        QCOMPARE(DifferingPixels(original, doc.Buffer.Image()), 0);
+    }
 };
-
-void tst_UndoRing::undoWalksSlotsInFixedOrder()
-{
-    Document doc = pictureOf(4, 3, 0);
-    UndoState undo;
-    const Color colours[4] = {RGB(1, 0, 0), RGB(2, 0, 0), RGB(3, 0, 0), RGB(4, 0, 0)};
-    for (Color c : colours) {
-        paint(doc, c);
-        PrepUndo(undo, doc);
-    }
-    QCOMPARE(undo.UndoWriteSlot, 4);
-    QCOMPARE(FilledUndoSlots(doc), 4);
-    // 1, 2, 3, 4 and round, whatever slot was written last.
-    for (int expected : {1, 2, 3, 4, 1, 2}) {
-        QCOMPARE(UndoStep(undo, doc, {}), expected);
-        QCOMPARE(GetPixel(doc.Buffer, 1, 1), colours[expected - 1]);
-        QVERIFY(undo.UndoSuppressed);
-    }
-}
-
-void tst_UndoRing::fifthRecordOverwritesSlotOne()
-{
-    Document doc = pictureOf(4, 3, 0);
-    UndoState undo;
-    for (int i = 1; i <= 5; ++i) {
-        paint(doc, RGB(i, 0, 0));
-        PrepUndo(undo, doc);
-    }
-    QCOMPARE(undo.UndoWriteSlot, 1);
-    QCOMPARE(GetPixel(doc.UndoSlots[0], 0, 0), RGB(5, 0, 0));
-    QCOMPARE(GetPixel(doc.UndoSlots[1], 0, 0), RGB(2, 0, 0));
-}
-
-void tst_UndoRing::flagsSkipRecording()
-{
-    Document doc = pictureOf(4, 3, 0);
-    UndoState undo;
-    undo.CancelRequested = true;
-    undo.UndoSuppressed = true;
-    PrepUndo(undo, doc);
-    QCOMPARE(undo.UndoWriteSlot, 0);
-    QVERIFY(!undo.CancelRequested);
-    undo.UndoSuppressed = false;
-    undo.UndoDisabled = true;
-    PrepUndo(undo, doc);
-    QCOMPARE(undo.UndoWriteSlot, 0);
-    undo.UndoDisabled = false;
-    undo.SkipNextPrepUndo = true; // the load of a file is no step to undo to
-    PrepUndo(undo, doc);
-    QCOMPARE(undo.UndoWriteSlot, 0);
-    PrepUndo(undo, doc);
-    QCOMPARE(undo.UndoWriteSlot, 1);
-}
-
-void tst_UndoRing::emptyRingWrapsToTheFile()
-{
-    Document doc = pictureOf(4, 3, RGB(9, 9, 9));
-    UndoState undo;
-    int reverts = 0;
-    UndoStep(undo, doc, [&] { ++reverts; });
-    QCOMPARE(reverts, 0); // never saved: nothing to reload
-    QCOMPARE(undo.UndoCursor, 1);
-    QCOMPARE(GetPixel(doc.Buffer, 0, 0), RGB(9, 9, 9)); // the empty slot copies nothing
-    doc.Buffer.Tag = QStringLiteral("/some/picture.bmp");
-    UndoStep(undo, doc, [&] { ++reverts; });
-    QCOMPARE(reverts, 1);
-    QCOMPARE(undo.UndoCursor, 1);
-}
-
-void tst_UndoRing::slotOfAnotherSizeShowsClipped()
-{
-    Document doc = pictureOf(4, 4, RGB(1, 1, 1));
-    UndoState undo;
-    PrepUndo(undo, doc);
-    doc.Buffer.BackColor = RGB(2, 2, 2);
-    doc.Buffer.setSize(8, 8); // a 6 x 6 picture now
-    doc.Buffer.Cls();
-    UndoStep(undo, doc, {});
-    QCOMPARE(GetPixel(doc.Buffer, 3, 3), RGB(1, 1, 1));
-    QCOMPARE(GetPixel(doc.Buffer, 5, 5), RGB(2, 2, 2)); // old pixels at the rim
-}
-
-void tst_UndoRing::restoresExactBytes()
-{
-    Document doc;
-    doc.Buffer.setImage(MakeImage(33, 17, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); }));
-    const QImage original = doc.Buffer.Image().copy();
-    UndoState undo;
-    PrepUndo(undo, doc);
-    paint(doc, 0);
-    UndoStep(undo, doc, {});
-    QCOMPARE(DifferingPixels(original, doc.Buffer.Image()), 0);
-}
 
 QTEST_GUILESS_MAIN(tst_UndoRing)
 #include "tst_undoring.moc"

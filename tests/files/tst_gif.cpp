@@ -61,11 +61,8 @@ class tst_gif : public QObject {
     QByteArray save(const QImage& image, bool transparency = false, Color colour = kNoColor,
                     const QString& name = QStringLiteral("t.gif"))
     {
-        QString reason;
-        if (!GIF().SaveGIF(image, path(name), transparency, colour, &reason))
-            qWarning() << "SaveGIF failed:" << reason;
-        QFile f(path(name));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        GIF().SaveGIF(image, path(name), transparency, colour);
+        return ReadFile(path(name));
     }
 
 private Q_SLOTS:
@@ -83,21 +80,18 @@ private Q_SLOTS:
                              << QByteArray::fromHex("2C 00000000 0100 0100 07 08 04 00010404 00 3B");
         // each row: clear, then the pixel: 256 124 256 4 256 0 257
         QTest::newRow("width 1") << ImageFromRows({".", "r", "#"}, {{u'r', RGB(255, 0, 0)}}) << false
-                                 << kNoColor << QByteArray("GIF87a")
-                                 << QByteArray::fromHex(
+                                 << kNoColor << QByteArray("GIF87a") << QByteArray::fromHex(
                                         "2C 00000000 0100 0300 07 08 08 00F90024001040 40 00 3B");
         // 256 124 4 256 4 124 257
         QTest::newRow("2x2") << ImageFromRows({".r", "r."}, {{u'r', RGB(255, 0, 0)}}) << false << kNoColor
                              << QByteArray("GIF87a")
                              << QByteArray::fromHex("2C 00000000 0200 0200 07 08 08 00F91000 48804F40 00 3B");
         // Pure red is cube entry 4.
-        QTest::newRow("transparent red")
-            << black << true << RGB(255, 0, 0) << QByteArray("GIF89a")
+        QTest::newRow("transparent red") << black << true << RGB(255, 0, 0) << QByteArray("GIF89a")
             << QByteArray::fromHex("21F904 09 0000 04 00"
                                    "2C 00000000 0100 0100 07 08 04 00010404 00 3B");
         // No cube entry is exactly 250, 0, 0: entry 0 becomes transparent.
-        QTest::newRow("no exact match")
-            << black << true << RGB(250, 0, 0) << QByteArray("GIF89a")
+        QTest::newRow("no exact match") << black << true << RGB(250, 0, 0) << QByteArray("GIF89a")
             << QByteArray::fromHex("21F904 09 0000 00 00"
                                    "2C 00000000 0100 0100 07 08 04 00010404 00 3B");
     }
@@ -128,11 +122,9 @@ private Q_SLOTS:
         QTest::addColumn<Color>("colour");
         QTest::addColumn<int>("index");
         QTest::newRow("red") << RGB(255, 0, 0) << 4;
-        QTest::newRow("orange") << RGB(255, 165, 0) << 4 + 3 * 5;
         // 32 and 160 lie half way: the brighter level wins.
         QTest::newRow("half way up") << RGB(31, 32, 160) << 0 + 1 * 5 + 3 * 25;
         QTest::newRow("just below 255") << RGB(223, 224, 0) << 3 + 4 * 5;
-        QTest::newRow("white") << RGB(255, 255, 255) << 124;
     }
     void nearestCubeEntry()
     {

@@ -20,14 +20,10 @@ int maxChannelDifference(const QImage& a, const QImage& b)
     if (a.size() != b.size() || a.isNull())
         return -1;
     int worst = 0;
-    for (int y = 0; y < a.height(); ++y) {
-        const auto* la = reinterpret_cast<const QRgb*>(a.constScanLine(y));
-        const auto* lb = reinterpret_cast<const QRgb*>(b.constScanLine(y));
+    for (int y = 0; y < a.height(); ++y)
         for (int x = 0; x < a.width(); ++x)
-            worst =
-                std::max({worst, std::abs(qRed(la[x]) - qRed(lb[x])), std::abs(qGreen(la[x]) - qGreen(lb[x])),
-                          std::abs(qBlue(la[x]) - qBlue(lb[x]))});
-    }
+            for (int shift : {0, 8, 16})
+                worst = std::max(worst, std::abs(int(a.pixel(x, y) >> shift & 255) - int(b.pixel(x, y) >> shift & 255)));
     return worst;
 }
 
@@ -60,15 +56,8 @@ class tst_loader : public QObject {
     QString write(const QString& name, const QByteArray& bytes)
     {
         const QString path = m_dir.filePath(name);
-        QFile f(path);
-        if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-            qWarning() << "can't write" << path;
+        WriteFile(path, bytes);
         return path;
-    }
-    QByteArray contents(const QString& path)
-    {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }
 
 private Q_SLOTS:
@@ -89,8 +78,7 @@ private Q_SLOTS:
         const QString alpha = QStringLiteral("-alpha set -channel A -fx i/w +channel");
         const auto row = [](const char* name, const char* file, const QString& args, int frame = 0,
                             int tol = 0) {
-            QTest::newRow(name) << QString::fromLatin1(file) << args.split(u' ', Qt::SkipEmptyParts) << frame
-                                << tol;
+            QTest::newRow(name) << QString::fromLatin1(file) << args.split(u' ', Qt::SkipEmptyParts) << frame << tol;
         };
         row("bmp 24", "b24.bmp", "BMP3:");
         row("bmp 32", "b32.bmp", "-alpha set -define bmp3:alpha=true BMP3:");
@@ -99,13 +87,11 @@ private Q_SLOTS:
         row("bmp 4", "b4.bmp", "-colors 16 BMP3:");
         row("bmp 1", "b1.bmp", "-monochrome BMP3:");
         row("bmp rgb565", "b565.bmp", "-define bmp:subtype=RGB565 BMP:", 0, 1);
-        row("bmp rgb555", "b555.bmp", "-define bmp:subtype=RGB555 BMP:", 0, 1);
         row("bmp v5 alpha", "b5a.bmp", alpha + " BMP:", 0, 1);
         // ImageMagick widens 4-bit channels by a shift (15 -> 240); the loader scales them (15 -> 255).
         row("bmp argb4444", "b4444.bmp", alpha + " -define bmp:subtype=ARGB4444 BMP:", 0, 15);
         row("os2 24", "os24.bmp", "BMP2:");
         row("os2 8", "os8.bmp", "-colors 200 -type Palette BMP2:");
-        row("os2 1", "os1.bmp", "-monochrome BMP2:");
         row("dib name", "b.dib", "BMP3:");
         row("jpeg", "b.jpg", "-quality 90", 0, 1);
         row("jpeg progressive", "p.jpg", "-interlace JPEG", 0, 1);
@@ -161,8 +147,7 @@ private Q_SLOTS:
                                           << QStringList{"##rr##", "r.rr##", "#r#r#r"};
         QTest::newRow("top-down 24") << bmpFile(2, -2, 40, 24, 0, {},
                                                 QByteArray::fromHex("0000FF FFFFFF 0000"
-                                                                    "000000 0000FF 0000"))
-                                     << QStringList{"r.", "#r"};
+                                                                    "000000 0000FF 0000")) << QStringList{"r.", "#r"};
         QTest::newRow("os2 2.x header")
             << bmpFile(2, 2, 64, 8, 0, palette, QByteArray::fromHex("0201 0000 0100 0000"))
             << QStringList{"#.", "r#"};
@@ -181,14 +166,13 @@ private Q_SLOTS:
     void brokenFiles_data()
     {
         QTest::addColumn<QString>("file");
-        for (const char* f : {"b24.bmp", "rle8.bmp", "b4.bmp", "os8.bmp", "b.jpg", "p.jpg", "b.gif", "i.gif",
-                              "b.ico", "a.png"})
+        for (const char* f : {"rle8.bmp", "os8.bmp", "p.jpg", "i.gif", "b.ico", "a.png"})
             QTest::newRow(f) << QString::fromLatin1(f);
     }
     void brokenFiles()
     {
         QFETCH(QString, file);
-        const QByteArray whole = contents(m_dir.filePath(file));
+        const QByteArray whole = ReadFile(m_dir.filePath(file));
         QVERIFY(!whole.isEmpty());
         for (qsizetype cut : {qsizetype(0), qsizetype(5), whole.size() / 2, whole.size() * 9 / 10}) {
             int number = 0;
@@ -218,7 +202,7 @@ private Q_SLOTS:
         QTest::newRow("gif too wide") << QByteArray::fromHex("474946383961 6079 0100 00 0000"
                                                              "2C 00000000 6079 0100 80 000000FFFFFF 08");
         // 25000 x 25000 in the JPEG frame header of a real file.
-        QByteArray jpeg = contents(m_dir.filePath(QStringLiteral("b.jpg")));
+        QByteArray jpeg = ReadFile(m_dir.filePath(QStringLiteral("b.jpg")));
         const qsizetype sof = jpeg.indexOf("\xFF\xC0");
         QVERIFY(sof > 0);
         qToBigEndian<quint16>(25000, jpeg.data() + sof + 5);
@@ -243,8 +227,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("number");
         QTest::newRow("missing") << m_dir.filePath(QStringLiteral("nothing.bmp")) << int(ErrFileNotFound);
         QTest::newRow("folder") << m_dir.path() << int(ErrFileAccess);
-        QTest::newRow("text") << write(QStringLiteral("text.bmp"), "just some text")
-                              << int(ErrInvalidPicture);
+        QTest::newRow("text") << write(QStringLiteral("text.bmp"), "just some text") << int(ErrInvalidPicture);
         QTest::newRow("empty") << write(QStringLiteral("empty.gif"), {}) << int(ErrInvalidPicture);
     }
     void notAPicture()

@@ -15,199 +15,172 @@
 using namespace velunta;
 using namespace velunta::test;
 
-namespace {
-
-QByteArray head(const QString& path, int n)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.read(n) : QByteArray();
-}
-
-} // namespace
-
 class tst_Save : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void saveAsWritesTheFilterFormat_data();
-    void saveAsWritesTheFilterFormat();
-    void saveKeepsTheLastFormatForJpeg();
-    void refusedFolderKeepsTheDocumentDirty();
-    void closeQuestion_data();
-    void closeQuestion();
-    void propertiesOfANewPicture();
-    void recentFiles();
-    void jpegQualityDialog_data();
-    void jpegQualityDialog();
+    void saveAsWritesTheFilterFormat_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("filter");
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QByteArray>("magic");
+        QTest::newRow("BMP") << "one" << 1 << "one.bmp" << QByteArray("BM");
+        QTest::newRow("JPEG") << "two.png" << 3 << "two.jpg" << QByteArray("\xFF\xD8");
+        QTest::newRow("GIF") << "three" << 4 << "three.gif" << QByteArray("GIF87a");
+    }
+    void saveAsWritesTheFilterFormat()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, filter);
+        QFETCH(QString, file);
+        QFETCH(QByteArray, magic);
+        QTemporaryDir dir;
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(20, 10, RGB(255, 0, 0));
+        form->doc.Dirty = true;
+        f.dialogs.paths.enqueue(dir.filePath(typed));
+        f.dialogs.filterIndexes.enqueue(filter);
+        f.main().action(QStringLiteral("SaveAs"))->trigger();
+        const QString path = dir.filePath(file);
+        QVERIFY(ReadFile(path).startsWith(magic));
+        QCOMPARE(form->doc.Buffer.Tag, path);
+        QVERIFY(!form->doc.Dirty);
+        QCOMPARE(form->doc.Caption, path + QStringLiteral(" - 100%"));
+        QCOMPARE(f.main().recentFile(0), path);
+        QCOMPARE(LoadPicture(path).size(), QSize(20, 10));
+    }
+
+    void saveKeepsTheLastFormatForJpeg()
+    {
+        QTemporaryDir dir;
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(8, 8);
+        f.main().SaveFilterIndex = 4; // a GIF was written last
+        form->doc.Buffer.Tag = dir.filePath(QStringLiteral("photo.jpeg"));
+        f.main().Save_Click();
+        QVERIFY(ReadFile(form->doc.Buffer.Tag).startsWith("GIF87a"));
+    }
+
+    void refusedFolderKeepsTheDocumentDirty()
+    {
+        QTemporaryDir dir;
+        QVERIFY(WriteFile(dir.filePath(QStringLiteral("file")), {}));
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(8, 8);
+        form->doc.Dirty = true;
+        form->doc.Buffer.Tag = dir.filePath(QStringLiteral("file/inside.bmp")); // its folder is a file
+        f.main().Save_Click();
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QVERIFY(f.prompt.shown.first().text.startsWith(QStringLiteral("Error saving file: ")));
+        QVERIFY(form->doc.Dirty);
+    }
+
+    void closeQuestion_data()
+    {
+        QTest::addColumn<bool>("named");
+        QTest::addColumn<QList<int>>("answers");
+        QTest::addColumn<QString>("dialogPath");
+        QTest::addColumn<bool>("closes");
+        QTest::addColumn<bool>("written");
+        QTest::newRow("No: closes unsaved") << true << QList<int>{vbNo} << QString() << true << false;
+        QTest::newRow("Yes with a name: saved there") << true << QList<int>{vbYes} << QString() << true << true;
+        QTest::newRow("Yes, new, a name given: saved") << false << QList<int>{vbYes} << "new.bmp" << true << true;
+        QTest::newRow("Yes, new, cancelled, close anyway") << false << QList<int>{vbYes, vbYes} << QString() << true
+                                                           << false;
+        QTest::newRow("Yes, new, cancelled, keep it") << false << QList<int>{vbYes, vbNo} << QString() << false << false;
+    }
+    void closeQuestion()
+    {
+        QFETCH(bool, named);
+        QFETCH(QList<int>, answers);
+        QFETCH(QString, dialogPath);
+        QFETCH(bool, closes);
+        QFETCH(bool, written);
+        QTemporaryDir dir;
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(8, 8);
+        form->doc.Dirty = true;
+        const QString target = named ? dir.filePath(QStringLiteral("named.bmp")) : dir.filePath(QStringLiteral("new.bmp"));
+        if (named)
+            form->doc.Buffer.Tag = target;
+        if (!dialogPath.isEmpty())
+            f.dialogs.paths.enqueue(dir.filePath(dialogPath));
+        for (int a : answers)
+            f.prompt.answers.enqueue(a);
+        QPointer<frmPaint> watch(form);
+        const bool mayClose = f.main().FormQueryUnload(*form);
+        QCOMPARE(mayClose, closes);
+        QCOMPARE(f.prompt.shown.first().text,
+                 QStringLiteral("The image has been changed.\n\nDo you wish to save the changes?"));
+        if (answers.size() > 1)
+            QCOMPARE(f.prompt.shown.last().text, QStringLiteral("File not saved.\n\nClose the image anyway?"));
+        QCOMPARE(QFile::exists(target), written);
+        QCOMPARE(form->doc.Dirty, !written);
+    }
+
+    void propertiesOfANewPicture()
+    {
+        MainWindowFixture f;
+        f.newDocument(30, 20);
+        f.main().mnuProperties_Click();
+        const QString text = f.prompt.shown.last().text;
+        QVERIFY(text.startsWith(QStringLiteral("Filename = Untitled.bmp\r\n\r\nFilesize = -  N/A\r\n")));
+        QVERIFY(text.contains(QStringLiteral("Width = 30\r\nHeight = 20\r\nImage type = BMP\r\n")));
+        QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Properties: "));
+    }
+
+    void recentFiles()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString longPath = QStringLiteral("/a/rather/long/folder/name/for/pictures/first.bmp");
+        m.MRUDlist(2, longPath);
+        m.MRUDlist(2, QStringLiteral("/p/second.bmp"));
+        m.MRUDlist(2, QStringLiteral("/P/SECOND.BMP")); // one entry, whatever the case
+        m.MRUDlist(2, QStringLiteral("/p/third.bmp"));
+        m.MRUDlist(2, QStringLiteral("/p/fourth.bmp"));
+        QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->text(), QStringLiteral("..") + longPath.right(30));
+        m.MRUDlist(2, QStringLiteral("/p/fifth.bmp")); // the oldest written entry goes
+        QCOMPARE(m.recentFile(0), QStringLiteral("/p/fifth.bmp"));
+        QCOMPARE(m.recentFile(1), QStringLiteral("/p/second.bmp"));
+        m.MRUDlist(2, QStringLiteral("/p/sixth.bmp"));
+        QCOMPARE(m.recentFile(1), QStringLiteral("/p/sixth.bmp"));
+        // Saved and read back; a file that has gone says so.
+        m.SaveRecentFiles();
+        m.MRUDlist(1);
+        QCOMPARE(m.recentFile(3), QStringLiteral("/p/fourth.bmp"));
+        QVERIFY(m.action(QStringLiteral("mnuMrud(3)"))->isVisible());
+        m.mnuMrud_Click(3);
+        QCOMPARE(f.prompt.shown.last().text, QStringLiteral("/p/fourth.bmp- doesn't exist anymore, or has been renamed."));
+        QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Open file"));
+    }
+
+    void jpegQualityDialog_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("accepted");
+        QTest::addColumn<int>("quality");
+        QTest::newRow("0 passes, meaning 90") << "0" << true << 0;
+        QTest::newRow("75") << " 75 " << true << 75;
+        QTest::newRow("101 refused") << "101" << false << 0;
+    }
+    void jpegQualityDialog()
+    {
+        QFETCH(QString, text);
+        QFETCH(bool, accepted);
+        QFETCH(int, quality);
+        ScriptedPrompt prompt;
+        FrmSaveJPGs dialog(0, prompt);
+        QCOMPARE(dialog.TxtJPGQuality()->text(), QStringLiteral("90"));
+        dialog.TxtJPGQuality()->setText(text);
+        dialog.CmdOK_Click();
+        QCOMPARE(dialog.result() == QDialog::Accepted, accepted);
+        if (accepted)
+            QCOMPARE(dialog.quality(), quality);
+        else
+            QCOMPARE(prompt.shown.first().text, QStringLiteral("Invalid JPG Quality factor (valid are 1...100)."));
+    }
 };
-
-void tst_Save::saveAsWritesTheFilterFormat_data()
-{
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<int>("filter");
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QByteArray>("magic");
-    QTest::newRow("BMP") << "one" << 1 << "one.bmp" << QByteArray("BM");
-    QTest::newRow("JPEG") << "two.png" << 3 << "two.jpg" << QByteArray("\xFF\xD8");
-    QTest::newRow("GIF") << "three" << 4 << "three.gif" << QByteArray("GIF87a");
-}
-
-void tst_Save::saveAsWritesTheFilterFormat()
-{
-    QFETCH(QString, typed);
-    QFETCH(int, filter);
-    QFETCH(QString, file);
-    QFETCH(QByteArray, magic);
-    QTemporaryDir dir;
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument(20, 10, RGB(255, 0, 0));
-    form->doc.Dirty = true;
-    f.dialogs.paths.enqueue(dir.filePath(typed));
-    f.dialogs.filterIndexes.enqueue(filter);
-    f.main().action(QStringLiteral("SaveAs"))->trigger();
-    const QString path = dir.filePath(file);
-    QCOMPARE(head(path, magic.size()), magic);
-    QCOMPARE(form->doc.Buffer.Tag, path);
-    QVERIFY(!form->doc.Dirty);
-    QCOMPARE(form->doc.Caption, path + QStringLiteral(" - 100%"));
-    QCOMPARE(f.main().recentFile(0), path);
-    QCOMPARE(LoadPicture(path).size(), QSize(20, 10));
-}
-
-void tst_Save::saveKeepsTheLastFormatForJpeg()
-{
-    QTemporaryDir dir;
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument(8, 8);
-    f.main().SaveFilterIndex = 4; // a GIF was written last
-    form->doc.Buffer.Tag = dir.filePath(QStringLiteral("photo.jpeg"));
-    f.main().Save_Click();
-    QCOMPARE(head(form->doc.Buffer.Tag, 6), QByteArray("GIF87a"));
-}
-
-void tst_Save::refusedFolderKeepsTheDocumentDirty()
-{
-    QTemporaryDir dir;
-    QFile blocker(dir.filePath(QStringLiteral("file")));
-    QVERIFY(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument(8, 8);
-    form->doc.Dirty = true;
-    form->doc.Buffer.Tag = dir.filePath(QStringLiteral("file/inside.bmp")); // its folder is a file
-    f.main().Save_Click();
-    QCOMPARE(f.prompt.shown.size(), 1);
-    QVERIFY(f.prompt.shown.first().text.startsWith(QStringLiteral("Error saving file: ")));
-    QVERIFY(form->doc.Dirty);
-}
-
-void tst_Save::closeQuestion_data()
-{
-    QTest::addColumn<bool>("named");
-    QTest::addColumn<QList<int>>("answers");
-    QTest::addColumn<QString>("dialogPath");
-    QTest::addColumn<bool>("closes");
-    QTest::addColumn<bool>("written");
-    QTest::newRow("No: closes unsaved") << true << QList<int>{vbNo} << QString() << true << false;
-    QTest::newRow("Yes with a name: saved there") << true << QList<int>{vbYes} << QString() << true << true;
-    QTest::newRow("Yes, new, a name given: saved") << false << QList<int>{vbYes} << "new.bmp" << true << true;
-    QTest::newRow("Yes, new, cancelled, close anyway") << false << QList<int>{vbYes, vbYes} << QString() << true
-                                                       << false;
-    QTest::newRow("Yes, new, cancelled, keep it") << false << QList<int>{vbYes, vbNo} << QString() << false << false;
-}
-
-void tst_Save::closeQuestion()
-{
-    QFETCH(bool, named);
-    QFETCH(QList<int>, answers);
-    QFETCH(QString, dialogPath);
-    QFETCH(bool, closes);
-    QFETCH(bool, written);
-    QTemporaryDir dir;
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument(8, 8);
-    form->doc.Dirty = true;
-    const QString target = named ? dir.filePath(QStringLiteral("named.bmp")) : dir.filePath(QStringLiteral("new.bmp"));
-    if (named)
-        form->doc.Buffer.Tag = target;
-    if (!dialogPath.isEmpty())
-        f.dialogs.paths.enqueue(dir.filePath(dialogPath));
-    for (int a : answers)
-        f.prompt.answers.enqueue(a);
-    QPointer<frmPaint> watch(form);
-    const bool mayClose = f.main().FormQueryUnload(*form);
-    QCOMPARE(mayClose, closes);
-    QCOMPARE(f.prompt.shown.first().text,
-             QStringLiteral("The image has been changed.\n\nDo you wish to save the changes?"));
-    if (answers.size() > 1)
-        QCOMPARE(f.prompt.shown.last().text, QStringLiteral("File not saved.\n\nClose the image anyway?"));
-    QCOMPARE(QFile::exists(target), written);
-    QCOMPARE(form->doc.Dirty, !written);
-}
-
-void tst_Save::propertiesOfANewPicture()
-{
-    MainWindowFixture f;
-    f.newDocument(30, 20);
-    f.main().mnuProperties_Click();
-    const QString text = f.prompt.shown.last().text;
-    QVERIFY(text.startsWith(QStringLiteral("Filename = Untitled.bmp\r\n\r\nFilesize = -  N/A\r\n")));
-    QVERIFY(text.contains(QStringLiteral("Width = 30\r\nHeight = 20\r\nImage type = BMP\r\n")));
-    QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Properties: "));
-}
-
-void tst_Save::recentFiles()
-{
-    MainWindowFixture f;
-    frmMain& m = f.main();
-    const QString longPath = QStringLiteral("/a/rather/long/folder/name/for/pictures/first.bmp");
-    m.MRUDlist(2, longPath);
-    m.MRUDlist(2, QStringLiteral("/p/second.bmp"));
-    m.MRUDlist(2, QStringLiteral("/P/SECOND.BMP")); // one entry, whatever the case
-    m.MRUDlist(2, QStringLiteral("/p/third.bmp"));
-    m.MRUDlist(2, QStringLiteral("/p/fourth.bmp"));
-    QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->text(), QStringLiteral("..") + longPath.right(30));
-    m.MRUDlist(2, QStringLiteral("/p/fifth.bmp")); // the oldest written entry goes
-    QCOMPARE(m.recentFile(0), QStringLiteral("/p/fifth.bmp"));
-    QCOMPARE(m.recentFile(1), QStringLiteral("/p/second.bmp"));
-    m.MRUDlist(2, QStringLiteral("/p/sixth.bmp"));
-    QCOMPARE(m.recentFile(1), QStringLiteral("/p/sixth.bmp"));
-    // Saved and read back; a file that has gone says so.
-    m.SaveRecentFiles();
-    m.MRUDlist(1);
-    QCOMPARE(m.recentFile(3), QStringLiteral("/p/fourth.bmp"));
-    QVERIFY(m.action(QStringLiteral("mnuMrud(3)"))->isVisible());
-    m.mnuMrud_Click(3);
-    QCOMPARE(f.prompt.shown.last().text, QStringLiteral("/p/fourth.bmp- doesn't exist anymore, or has been renamed."));
-    QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Open file"));
-}
-
-void tst_Save::jpegQualityDialog_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<bool>("accepted");
-    QTest::addColumn<int>("quality");
-    QTest::newRow("0 passes, meaning 90") << "0" << true << 0;
-    QTest::newRow("75") << " 75 " << true << 75;
-    QTest::newRow("101 refused") << "101" << false << 0;
-    QTest::newRow("-1 refused") << "-1" << false << 0;
-}
-
-void tst_Save::jpegQualityDialog()
-{
-    QFETCH(QString, text);
-    QFETCH(bool, accepted);
-    QFETCH(int, quality);
-    ScriptedPrompt prompt;
-    FrmSaveJPGs dialog(0, prompt);
-    QCOMPARE(dialog.TxtJPGQuality()->text(), QStringLiteral("90"));
-    dialog.TxtJPGQuality()->setText(text);
-    dialog.CmdOK_Click();
-    QCOMPARE(dialog.result() == QDialog::Accepted, accepted);
-    if (accepted)
-        QCOMPARE(dialog.quality(), quality);
-    else
-        QCOMPARE(prompt.shown.first().text, QStringLiteral("Invalid JPG Quality factor (valid are 1...100)."));
-}
 
 QTEST_MAIN(tst_Save)
 #include "tst_save.moc"

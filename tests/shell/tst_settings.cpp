@@ -4,6 +4,7 @@
 
 #include "core/SettingsStore.h"
 #include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
 
 #include <QCloseEvent>
 #include <QSettings>
@@ -29,149 +30,133 @@ void closeWindow(frmMain& m)
 class tst_Settings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void firstRunWritesEveryKey();
-    void closingKeepsViewButNotDrawPresets();
-    void savedDrawPresetsComeBack();
-    void restoreDefaults_data();
-    void restoreDefaults();
-    void garbageValuesAreTolerated();
-    void unwritableStoreDoesNotStopTheProgram();
-};
-
-void tst_Settings::firstRunWritesEveryKey()
-{
-    MainWindowFixture f;
-    QSettings s(QStringLiteral("Zolvane"), QStringLiteral("Velunta"));
-    const QStringList keys = s.allKeys();
-    for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight", "AutoSizePos", "KidsMode",
-                            "FitBigImage", "MaxOnOpen", "StartBlankPage", "Version", "SelectedColor",
-                            "FrameColorSheme", "FormColorSheme", "CircleThickness", "LineThickness",
-                            "SelectedBackColor", "UseGuideLines", "GuideLinesColor", "GridColor", "GuideLineStyle",
-                            "MRUD0", "MRUD3", "NewImageSize", "LastOptionValue0", "LastOptionValue15", "TextFont",
-                            "TextStyle", "Blend", "SquareCorner", "ArrowSize", "DrawForeColor", "DrawBackColor",
-                            "GridX", "GridY", "SnapToGrid"})
-        QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
-    QCOMPARE(s.value(QStringLiteral("KidsMode")).toString(), QStringLiteral("False"));
-    QCOMPARE(s.value(QStringLiteral("AutoSizePos")).toString(), QStringLiteral("0"));
-    QCOMPARE(s.value(QStringLiteral("UseGuideLines")).toString(), QStringLiteral("-1"));
-    QCOMPARE(s.value(QStringLiteral("GuideLinesColor")).toString(), QString::number(RGB(128, 128, 128)));
-    QCOMPARE(s.value(QStringLiteral("NewImageSize")).toString(), QStringLiteral("640x480"));
-    QCOMPARE(s.value(QStringLiteral("LastOptionValue7")).toString(), QStringLiteral("12"));
-    QCOMPARE(s.value(QStringLiteral("DrawBackColor")).toString(), QStringLiteral("16777215"));
-    QCOMPARE(s.value(QStringLiteral("TextFont")).toString(), QStringLiteral("Arial"));
-}
-
-void tst_Settings::closingKeepsViewButNotDrawPresets()
-{
+    void firstRunWritesEveryKey()
     {
         MainWindowFixture f;
-        f.main().state().SelectorValues[4].Value = 20;
-        f.newDocument(10, 10);
-        f.main().action(QStringLiteral("mnuGuideLineStyles(4)"))->trigger();
-        f.main().action(QStringLiteral("mnuKidsMode"))->trigger();
-        closeWindow(f.main());
-    }
-    MainWindowFixture next(false);
-    QCOMPARE(next.main().state().SelectorValues[4].Value, 2.0);
-    QCOMPARE(next.main().GuideLineStyle, 4);
-    QVERIFY(next.main().action(QStringLiteral("mnuKidsMode"))->isChecked());
-    QVERIFY(!next.main().Cmd(17)->isVisible());
-}
-
-void tst_Settings::savedDrawPresetsComeBack()
-{
-    {
-        MainWindowFixture f;
-        f.newDocument(10, 10); // the draw presets' entries are there with a picture
-        f.main().state().SelectorValues[9].Value = 7;
-        f.main().state().ForeColor = RGB(1, 2, 3);
-        f.main().action(QStringLiteral("mnuextra1"))->trigger();
-        QCOMPARE(f.prompt.shown.last().text, QStringLiteral("Settings of your draw-tools are saved"));
-        f.main().state().SelectorValues[9].Value = 30;
-        f.main().action(QStringLiteral("mnuextra2"))->trigger();
-        QCOMPARE(f.main().state().SelectorValues[9].Value, 7.0);
-        QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Load Draw Settings"));
-    }
-    MainWindowFixture next(false);
-    QCOMPARE(next.main().state().SelectorValues[9].Value, 7.0);
-    QCOMPARE(next.main().state().ForeColor, RGB(1, 2, 3));
-}
-
-void tst_Settings::restoreDefaults_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("restored");
-    QTest::newRow("No changes nothing") << int(vbNo) << false;
-    QTest::newRow("Cancel changes nothing") << int(vbCancel) << false;
-    QTest::newRow("Yes restores") << int(vbYes) << true;
-}
-
-void tst_Settings::restoreDefaults()
-{
-    QFETCH(int, answer);
-    QFETCH(bool, restored);
-    MainWindowFixture f;
-    frmMain& m = f.main();
-    m.state().SelectorValues[2].Value = 40;
-    m.state().ArrowSizeText = QStringLiteral("20");
-    m.SaveSettings(true);
-    m.MRUDlist(2, QStringLiteral("/pictures/one.bmp"));
-    m.SaveSettings(false);
-    f.prompt.answers.enqueue(answer);
-    m.action(QStringLiteral("mnuextra3"))->trigger();
-    QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Restore Velunta Default Settings"));
-    QCOMPARE(m.state().SelectorValues[2].Value, restored ? 6.0 : 40.0);
-    QCOMPARE(store().value(QStringLiteral("ArrowSize")).toString(), restored ? QStringLiteral("6") : QStringLiteral("20"));
-    QCOMPARE(m.recentFile(0).isEmpty(), restored);
-    QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->isVisible(), !restored);
-}
-
-void tst_Settings::garbageValuesAreTolerated()
-{
-    {
         QSettings s = store();
-        s.clear();
-        s.setValue(QStringLiteral("LastOptionValue4"), QStringLiteral("abc"));
-        s.setValue(QStringLiteral("LastOptionValue5"), QStringLiteral("99999"));
-        s.setValue(QStringLiteral("DrawForeColor"), QString());
-        s.setValue(QStringLiteral("GridX"), QStringLiteral("99999999999"));
-        s.setValue(QStringLiteral("NewImageSize"), QStringLiteral("axb"));
-        s.setValue(QStringLiteral("GuideLineStyle"), QStringLiteral("9"));
-        s.setValue(QStringLiteral("AutoSizePos"), QStringLiteral("-1"));
-        s.setValue(QStringLiteral("MainLeft"), QStringLiteral("-3000"));
-        s.setValue(QStringLiteral("MainWidth"), QStringLiteral("lots"));
-        s.setValue(QStringLiteral("KidsMode"), QStringLiteral("maybe"));
+        const QStringList keys = s.allKeys();
+        for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight", "AutoSizePos", "KidsMode",
+                                "FitBigImage", "MaxOnOpen", "StartBlankPage", "Version", "SelectedColor",
+                                "FrameColorSheme", "FormColorSheme", "CircleThickness", "LineThickness",
+                                "SelectedBackColor", "UseGuideLines", "GuideLinesColor", "GridColor", "GuideLineStyle",
+                                "MRUD0", "MRUD3", "NewImageSize", "LastOptionValue0", "LastOptionValue15", "TextFont",
+                                "TextStyle", "Blend", "SquareCorner", "ArrowSize", "DrawForeColor", "DrawBackColor",
+                                "GridX", "GridY", "SnapToGrid"})
+            QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
+        QCOMPARE(s.value(QStringLiteral("KidsMode")).toString(), QStringLiteral("False"));
+        QCOMPARE(s.value(QStringLiteral("AutoSizePos")).toString(), QStringLiteral("0"));
+        QCOMPARE(s.value(QStringLiteral("UseGuideLines")).toString(), QStringLiteral("-1"));
+        QCOMPARE(s.value(QStringLiteral("GuideLinesColor")).toString(), QString::number(RGB(128, 128, 128)));
+        QCOMPARE(s.value(QStringLiteral("NewImageSize")).toString(), QStringLiteral("640x480"));
+        QCOMPARE(s.value(QStringLiteral("LastOptionValue7")).toString(), QStringLiteral("12"));
+        QCOMPARE(s.value(QStringLiteral("DrawBackColor")).toString(), QStringLiteral("16777215"));
+        QCOMPARE(s.value(QStringLiteral("TextFont")).toString(), QStringLiteral("Arial"));
     }
-    MainWindowFixture f(false);
-    frmMain& m = f.main();
-    QCOMPARE(m.state().SelectorValues[4].Value, 2.0);
-    QCOMPARE(m.state().SelectorValues[5].Value, 1.0);
-    QCOMPARE(m.state().ForeColor, Color(0));
-    QCOMPARE(m.state().GridX, 10);
-    QCOMPARE(m.NewImageWidth, 640);
-    QCOMPARE(m.GuideLineStyle, 2);
-    QVERIFY(!m.action(QStringLiteral("mnuKidsMode"))->isChecked());
-    QVERIFY(m.geometry().x() >= 0); // a negative position is taken as 0
-}
 
-void tst_Settings::unwritableStoreDoesNotStopTheProgram()
-{
-    QTemporaryDir dir;
-    QFile blocker(dir.filePath(QStringLiteral("Zolvane")));
-    QVERIFY(blocker.open(QIODevice::WriteOnly)); // where the store's folder should be
-    blocker.close();
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, dir.path());
-    SettingsStore unwritable;
-    unwritable.SaveSetting(QStringLiteral("Test"), QStringLiteral("x"));
-    QVERIFY(!unwritable.sync());
+    void closingKeepsViewButNotDrawPresets()
     {
-        MainWindowFixture f(false);
-        QVERIFY(f.main().isVisible());
-        f.main().SaveSettings(true);
+        {
+            MainWindowFixture f;
+            f.main().state().SelectorValues[4].Value = 20;
+            f.newDocument(10, 10);
+            f.main().action(QStringLiteral("mnuGuideLineStyles(4)"))->trigger();
+            f.main().action(QStringLiteral("mnuKidsMode"))->trigger();
+            closeWindow(f.main());
+        }
+        MainWindowFixture next(false);
+        QCOMPARE(next.main().state().SelectorValues[4].Value, 2.0);
+        QCOMPARE(next.main().GuideLineStyle, 4);
+        QVERIFY(next.main().action(QStringLiteral("mnuKidsMode"))->isChecked());
+        QVERIFY(!next.main().Cmd(17)->isVisible());
     }
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
-                       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-}
+
+    void savedDrawPresetsComeBack()
+    {
+        {
+            MainWindowFixture f;
+            f.newDocument(10, 10); // the draw presets' entries are there with a picture
+            f.main().state().SelectorValues[9].Value = 7;
+            f.main().state().ForeColor = RGB(1, 2, 3);
+            f.main().action(QStringLiteral("mnuextra1"))->trigger();
+            QCOMPARE(f.prompt.shown.last().text, QStringLiteral("Settings of your draw-tools are saved"));
+            f.main().state().SelectorValues[9].Value = 30;
+            f.main().action(QStringLiteral("mnuextra2"))->trigger();
+            QCOMPARE(f.main().state().SelectorValues[9].Value, 7.0);
+            QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Load Draw Settings"));
+        }
+        MainWindowFixture next(false);
+        QCOMPARE(next.main().state().SelectorValues[9].Value, 7.0);
+        QCOMPARE(next.main().state().ForeColor, RGB(1, 2, 3));
+    }
+
+    void restoreDefaults_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("restored");
+        QTest::newRow("No changes nothing") << int(vbNo) << false;
+        QTest::newRow("Cancel changes nothing") << int(vbCancel) << false;
+        QTest::newRow("Yes restores") << int(vbYes) << true;
+    }
+    void restoreDefaults()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, restored);
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        m.state().SelectorValues[2].Value = 40;
+        m.state().ArrowSizeText = QStringLiteral("20");
+        m.SaveSettings(true);
+        m.MRUDlist(2, QStringLiteral("/pictures/one.bmp"));
+        m.SaveSettings(false);
+        f.prompt.answers.enqueue(answer);
+        m.action(QStringLiteral("mnuextra3"))->trigger();
+        QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Restore Velunta Default Settings"));
+        QCOMPARE(m.state().SelectorValues[2].Value, restored ? 6.0 : 40.0);
+        QCOMPARE(store().value(QStringLiteral("ArrowSize")).toString(), restored ? QStringLiteral("6") : QStringLiteral("20"));
+        QCOMPARE(m.recentFile(0).isEmpty(), restored);
+        QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->isVisible(), !restored);
+    }
+
+    void garbageValuesAreTolerated()
+    {
+        {
+            QSettings s = store();
+            s.clear();
+            for (const auto& [key, value] : {std::pair{"LastOptionValue4", "abc"}, {"LastOptionValue5", "99999"},
+                                             {"DrawForeColor", ""}, {"GridX", "99999999999"}, {"NewImageSize", "axb"},
+                                             {"GuideLineStyle", "9"}, {"AutoSizePos", "-1"}, {"MainLeft", "-3000"},
+                                             {"MainWidth", "lots"}, {"KidsMode", "maybe"}})
+                s.setValue(QString::fromLatin1(key), QString::fromLatin1(value));
+        }
+        MainWindowFixture f(false);
+        frmMain& m = f.main();
+        QCOMPARE(m.state().SelectorValues[4].Value, 2.0);
+        QCOMPARE(m.state().SelectorValues[5].Value, 1.0);
+        QCOMPARE(m.state().ForeColor, Color(0));
+        QCOMPARE(m.state().GridX, 10);
+        QCOMPARE(m.NewImageWidth, 640);
+        QCOMPARE(m.GuideLineStyle, 2);
+        QVERIFY(!m.action(QStringLiteral("mnuKidsMode"))->isChecked());
+        QVERIFY(m.geometry().x() >= 0); // a negative position is taken as 0
+    }
+
+    void unwritableStoreDoesNotStopTheProgram()
+    {
+        QTemporaryDir dir;
+        QVERIFY(WriteFile(dir.filePath(QStringLiteral("Zolvane")), {})); // where the store's folder should be
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, dir.path());
+        SettingsStore unwritable;
+        unwritable.SaveSetting(QStringLiteral("Test"), QStringLiteral("x"));
+        QVERIFY(!unwritable.sync());
+        {
+            MainWindowFixture f(false);
+            QVERIFY(f.main().isVisible());
+            f.main().SaveSettings(true);
+        }
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+    }
+};
 
 QTEST_MAIN(tst_Settings)
 #include "tst_settings.moc"

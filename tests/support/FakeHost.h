@@ -4,7 +4,9 @@
 
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "support/TestImages.h"
 #include "tools/DrawState.h"
+#include "tools/PointerPipeline.h"
 #include "tools/SimplePaints.h"
 #include "tools/ToolHost.h"
 
@@ -96,6 +98,26 @@ struct ToolBench {
         doc.view.paintWidth = w + 2;
         doc.view.paintHeight = h + 2;
         host.state = &state;
+    }
+    // The picture's pixel x, y becomes f(x, y).
+    void paint(const std::function<Color(int, int)>& f)
+    {
+        doc.Buffer.setImage(MakeImage(doc.Buffer.ScaleWidth(), doc.Buffer.ScaleHeight(), f));
+    }
+    // A press at the first point, moves through the others and the release at the last,
+    // through the pointer pipeline, in view pixels.
+    void mouse(const QList<QPointF>& points, int button = kLeftButton)
+    {
+        PaintArea_MouseDown(ctx, doc, button, 0, float(points.first().x()), float(points.first().y()));
+        for (const QPointF& p : points.mid(1))
+            PaintArea_MouseMove(ctx, doc, button, 0, float(p.x()), float(p.y()));
+        PaintArea_MouseUp(ctx, doc, button, 0, float(points.last().x()), float(points.last().y()));
+    }
+    // One step of the current tool at image position x, y; button 0 is the release.
+    void dispatch(int x, int y, int button = kLeftButton, bool shift = false, double zoom = 100)
+    {
+        bool drawing = button != 0;
+        ToolDispatch(ctx, doc, doc.Buffer, x, y, zoom, drawing, button, shift);
     }
     Document doc;
     DrawState state;

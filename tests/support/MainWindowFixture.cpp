@@ -44,6 +44,16 @@ frmPaint* MainWindowFixture::newDocument(int w, int h, Color background)
     return form;
 }
 
+void MainWindowFixture::drag(frmPaint& form, QPointF from, QPointF to, int moves)
+{
+    m_main->PaintAreaMouseDown(form, 1, 0, float(from.x()), float(from.y()));
+    for (int i = 1; i <= moves; ++i) {
+        const QPointF p = from + (to - from) * (double(i) / moves);
+        m_main->PaintAreaMouseMove(form, 1, 0, float(p.x()), float(p.y()));
+    }
+    m_main->PaintAreaMouseUp(form, 1, 0, float(to.x()), float(to.y()));
+}
+
 void MainWindowFixture::settle()
 {
     for (int i = 0; i < 3; ++i)

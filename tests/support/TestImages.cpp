@@ -1,5 +1,6 @@
 #include "support/TestImages.h"
 
+#include <QFile>
 #include <QHash>
 #include <QStandardPaths>
 
@@ -86,6 +87,18 @@ double Psnr(const QImage& a, const QImage& b)
     }
     const double mse = sum / (3.0 * ca.width() * ca.height());
     return mse == 0 ? 99.0 : 10.0 * std::log10(255.0 * 255.0 / mse);
+}
+
+bool WriteFile(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+QByteArray ReadFile(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 bool HaveTool(const QString& program) { return !QStandardPaths::findExecutable(program).isEmpty(); }

@@ -25,6 +25,10 @@ QStringList RowsOf(const Surface& s, Color c, QChar on = u'#');
 int DifferingPixels(const QImage& a, const QImage& b);
 // Peak signal-to-noise ratio in dB between two pictures of the same size.
 double Psnr(const QImage& a, const QImage& b);
+// Writes the bytes to the file; false when it can't.
+bool WriteFile(const QString& path, const QByteArray& bytes);
+// The file's bytes; empty when it can't be read.
+QByteArray ReadFile(const QString& path);
 // True when the program can be found on PATH.
 bool HaveTool(const QString& program);
 

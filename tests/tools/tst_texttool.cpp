@@ -36,16 +36,10 @@ QRect darkBounds(const QImage& image, const QRect& inside)
 
 // A drag in picture pixels through the window's pointer events, at the document's
 // zoom; a click when both ends are the same.
-void drag(frmMain& main, frmPaint& form, QPointF from, QPointF to)
+void drag(MainWindowFixture& fx, frmPaint& form, QPointF from, QPointF to)
 {
     const double f = form.doc.ZoomFactor / 100;
-    const auto press = [&](auto event, QPointF p) {
-        (main.*event)(form, 1, 0, float(p.x() * f + f / 2), float(p.y() * f + f / 2));
-    };
-    press(&frmMain::PaintAreaMouseDown, from);
-    for (int i = 1; i <= 4; ++i)
-        press(&frmMain::PaintAreaMouseMove, from + (to - from) * (i / 4.0));
-    press(&frmMain::PaintAreaMouseUp, to);
+    fx.drag(form, from * f + QPointF(f / 2, f / 2), to * f + QPointF(f / 2, f / 2), 4);
 }
 
 } // namespace
@@ -53,202 +47,177 @@ void drag(frmMain& main, frmPaint& form, QPointF from, QPointF to)
 class tst_TextTool : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void boxOpensAtTheClickAndTakesTheLetters_data();
-    void boxOpensAtTheClickAndTakesTheLetters();
-    void appliedTextLandsWhereTheBoxShowedIt_data();
-    void appliedTextLandsWhereTheBoxShowedIt();
-    void pointerButtonAppliesOtherToolsDrop_data();
-    void pointerButtonAppliesOtherToolsDrop();
-    void aChildsPicture();
+    void boxOpensAtTheClickAndTakesTheLetters_data()
+    {
+        QTest::addColumn<Color>("fore");
+        QTest::addColumn<Color>("back");
+        QTest::addColumn<Color>("box");
+        QTest::newRow("different: the background") << RGB(0, 0, 0) << RGB(255, 255, 0) << RGB(255, 255, 0);
+        QTest::newRow("both red: white") << RGB(255, 0, 0) << RGB(255, 0, 0) << RGB(255, 255, 255);
+    }
+    void boxOpensAtTheClickAndTakesTheLetters()
+    {
+        QFETCH(Color, fore);
+        QFETCH(Color, back);
+        QFETCH(Color, box);
+        MainWindowFixture fx;
+        frmPaint* form = fx.newDocument(120, 80);
+        fx.main().state().ForeColor = fore;
+        fx.main().state().BackColor = back;
+        fx.main().Cmd_Click(12);
+        drag(fx, *form, {30, 20}, {30, 20});
+        QPlainTextEdit* input = form->TextInput();
+        QVERIFY(input->isVisible());
+        QCOMPARE(input->parentWidget(), form->paintArea());
+        QCOMPARE(input->pos(), QPoint(31, 21)); // inside the view's one-pixel frame
+        // Legible whatever the colours.
+        QCOMPARE(FromQColor(input->palette().color(QPalette::Base)), box);
+        QCOMPARE(FromQColor(input->palette().color(QPalette::Text)), fore);
+        // Tool letters are text here; the lines join with "\r\n"; the box grows with them.
+        QTest::keyClicks(input, QStringLiteral("BE"));
+        QTest::keyClick(input, Qt::Key_Return);
+        QTest::keyClicks(input, QStringLiteral("GT"));
+        QCOMPARE(form->doc.textBox.Text, QStringLiteral("BE\r\nGT"));
+        QCOMPARE(fx.main().state().CurrentTool, 12);
+        QVERIFY(input->height() >= 2 * TextBoxLineHeight(form->doc.textBox));
+    }
+
+    void appliedTextLandsWhereTheBoxShowedIt_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<bool>("background"); // "Show background in text window"
+        QTest::addColumn<bool>("centred");
+        QTest::newRow("100") << 100.0 << false << false;
+        QTest::newRow("200") << 200.0 << false << false;
+        QTest::newRow("200, label over the picture") << 200.0 << true << false;
+        QTest::newRow("100, centred") << 100.0 << false << true;
+    }
+    void appliedTextLandsWhereTheBoxShowedIt()
+    {
+        QFETCH(double, zoom);
+        QFETCH(bool, background);
+        QFETCH(bool, centred);
+        MainWindowFixture fx;
+        frmPaint* form = fx.newDocument(160, 90);
+        form->PreDefZoom(zoom);
+        DrawState& st = fx.main().state();
+        st.TransparentText = background;
+        st.CenterText = centred;
+        st.SelectorValues[7].Value = 16;
+        fx.main().Cmd_Click(12);
+        drag(fx, *form, {25, 30}, {25, 30});
+        if (centred) {
+            QTest::keyClicks(form->TextInput(), QStringLiteral("Ho"));
+            QTest::keyClick(form->TextInput(), Qt::Key_Return);
+        }
+        QTest::keyClicks(form->TextInput(), QStringLiteral("Hello"));
+
+        // Where the text shows on the view, in view pixels from the picture's origin.
+        QWidget* shown = background ? static_cast<QWidget*>(form->lblTextInput()) : form->TextInput();
+        QVERIFY(shown->isVisible());
+        form->paintArea()->setFocus(); // no text cursor in the picture of the box
+        const QImage view = shown->grab().toImage();
+        const int frame = background ? 0 : 1;
+        const QRect inkInView = darkBounds(view, view.rect().adjusted(frame, frame, -frame, -frame))
+                                    .translated(shown->pos() - QPoint(1, 1));
+        QVERIFY(!inkInView.isEmpty());
+        fx.main().ApplyText();
+        QVERIFY(!form->TextInput()->isVisible());
+        const QImage& picture = form->doc.Buffer.Image();
+        const QRect ink = darkBounds(picture, picture.rect());
+        const double f = zoom / 100;
+        QVERIFY(qAbs(ink.left() - inkInView.left() / f) <= 1.0 && qAbs(ink.top() - inkInView.top() / f) <= 1.0);
+        QVERIFY(form->doc.Dirty);
+    }
+
+    void pointerButtonAppliesOtherToolsDrop_data()
+    {
+        QTest::addColumn<int>("nextTool");
+        QTest::addColumn<bool>("cancel");
+        QTest::addColumn<bool>("applied");
+        QTest::newRow("pointer button applies") << 0 << false << true;
+        QTest::newRow("another tool drops") << 1 << false << false;
+        QTest::newRow("Cancel Text drops") << -1 << true << false;
+    }
+    void pointerButtonAppliesOtherToolsDrop()
+    {
+        QFETCH(int, nextTool);
+        QFETCH(bool, cancel);
+        QFETCH(bool, applied);
+        MainWindowFixture fx;
+        frmPaint* form = fx.newDocument(80, 60);
+        fx.main().Cmd_Click(12);
+        drag(fx, *form, {10, 10}, {10, 10});
+        QTest::keyClicks(form->TextInput(), QStringLiteral("Zoe"));
+        if (cancel)
+            fx.main().CancelText();
+        else
+            fx.main().Cmd_Click(nextTool);
+        const QImage& picture = form->doc.Buffer.Image();
+        QCOMPARE(!darkBounds(picture, picture.rect()).isEmpty(), applied);
+        QVERIFY(!form->TextInput()->isVisible());
+        QVERIFY(form->doc.textBox.Text.isEmpty());
+        QVERIFY(fx.main().builtOperations().contains(QStringLiteral("CancelText")));
+    }
+
+    void aChildsPicture()
+    {
+        MainWindowFixture fx;
+        frmMain& main = fx.main();
+        frmPaint* form = fx.newDocument(400, 320);
+        DrawState& st = main.state();
+        const Surface& picture = form->doc.Buffer;
+
+        // A gradient sky from deep to pale blue 200 rows down, the white below it filled
+        // green, a house in a black border filled red, a roof of two thick lines, a round
+        // sun filled only, and the name under the house.
+        st.SelectorValues[5].Value = 2;
+        st.SelectorValues[9].Value = 4;
+        st.SelectorValues[7].Value = 20;
+        st.FontStyle = QStringLiteral("Bold");
+        const struct {
+            int tool, shape;
+            Color fore, back;
+            QPointF from, to;
+        } steps[] = {{4, 1, RGB(40, 90, 210), RGB(200, 230, 255), {0, 0}, {200, 0}},
+                     {3, 1, RGB(70, 170, 60), 0, {10, 300}, {10, 300}},
+                     {9, 1, 0, RGB(210, 60, 40), {120, 150}, {260, 250}},
+                     {14, 1, 0, 0, {110, 152}, {190, 90}},
+                     {14, 1, 0, 0, {190, 90}, {270, 152}},
+                     {10, 2, RGB(255, 210, 0), 0, {300, 25}, {360, 85}},
+                     {12, 2, RGB(20, 20, 120), 0, {150, 262}, {150, 262}}};
+        for (const auto& step : steps) {
+            st.ForeColor = step.fore;
+            st.BackColor = step.back;
+            st.ShapeStyle = step.shape;
+            main.Cmd_Click(step.tool);
+            drag(fx, *form, step.from, step.to);
+        }
+        QTest::keyClicks(form->TextInput(), QStringLiteral("Mia"));
+        main.Cmd_Click(0); // the pointer button applies the text
+
+        // The sky from the foreground at its top (a step or two past it: row 0 ends under
+        // the second strip) to the background at its foot; the ground, the walls in their
+        // border, the round sun, and the name under the house.
+        const Color top = GetPixel(picture, 5, 0);
+        QVERIFY(qAbs(ColorRed(top) - 40) <= 2 && qAbs(ColorGreen(top) - 90) <= 2 &&
+                qAbs(ColorBlue(top) - 210) <= 2);
+        QCOMPARE(GetPixel(picture, 5, 199), RGB(200, 230, 255));
+        QCOMPARE(GetPixel(picture, 10, 300), RGB(70, 170, 60));
+        QCOMPARE(GetPixel(picture, 140, 180), RGB(210, 60, 40));
+        QCOMPARE(GetPixel(picture, 120, 200), RGB(0, 0, 0));
+        QCOMPARE(GetPixel(picture, 330, 55), RGB(255, 210, 0));
+        QVERIFY(GetPixel(picture, 301, 26) != RGB(255, 210, 0));
+        QVERIFY(RowsOf(picture, RGB(20, 20, 120)).mid(262, 40).join(QString()).count(u'#') > 30);
+        QVERIFY(!form->TextInput()->isVisible());
+
+        const QString shot = qEnvironmentVariable("VELUNTA_DRAWING_PNG");
+        if (!shot.isEmpty()) {
+            MainWindowFixture::settle();
+            QVERIFY(main.grab().save(shot));
+        }
+    }
 };
-
-void tst_TextTool::boxOpensAtTheClickAndTakesTheLetters_data()
-{
-    QTest::addColumn<Color>("fore");
-    QTest::addColumn<Color>("back");
-    QTest::addColumn<Color>("box");
-    QTest::newRow("different: the background") << RGB(0, 0, 0) << RGB(255, 255, 0) << RGB(255, 255, 0);
-    QTest::newRow("both red: white") << RGB(255, 0, 0) << RGB(255, 0, 0) << RGB(255, 255, 255);
-    QTest::newRow("both white: black") << RGB(255, 255, 255) << RGB(255, 255, 255) << RGB(0, 0, 0);
-}
-
-void tst_TextTool::boxOpensAtTheClickAndTakesTheLetters()
-{
-    QFETCH(Color, fore);
-    QFETCH(Color, back);
-    QFETCH(Color, box);
-    MainWindowFixture fx;
-    frmPaint* form = fx.newDocument(120, 80);
-    fx.main().state().ForeColor = fore;
-    fx.main().state().BackColor = back;
-    fx.main().Cmd_Click(12);
-    drag(fx.main(), *form, {30, 20}, {30, 20});
-    QPlainTextEdit* input = form->TextInput();
-    QVERIFY(input->isVisible());
-    QCOMPARE(input->parentWidget(), form->paintArea());
-    QCOMPARE(input->pos(), QPoint(31, 21)); // inside the view's one-pixel frame
-    // Legible whatever the colours.
-    QCOMPARE(FromQColor(input->palette().color(QPalette::Base)), box);
-    QCOMPARE(FromQColor(input->palette().color(QPalette::Text)), fore);
-    // Tool letters are text here; the lines join with "\r\n"; the box grows with them.
-    QTest::keyClicks(input, QStringLiteral("BE"));
-    QTest::keyClick(input, Qt::Key_Return);
-    QTest::keyClicks(input, QStringLiteral("GT"));
-    QCOMPARE(form->doc.textBox.Text, QStringLiteral("BE\r\nGT"));
-    QCOMPARE(fx.main().state().CurrentTool, 12);
-    QVERIFY(input->height() >= 2 * TextBoxLineHeight(form->doc.textBox));
-}
-
-void tst_TextTool::appliedTextLandsWhereTheBoxShowedIt_data()
-{
-    QTest::addColumn<double>("zoom");
-    QTest::addColumn<bool>("background"); // "Show background in text window"
-    QTest::addColumn<bool>("centred");
-    QTest::newRow("100") << 100.0 << false << false;
-    QTest::newRow("200") << 200.0 << false << false;
-    QTest::newRow("100, label over the picture") << 100.0 << true << false;
-    QTest::newRow("200, label over the picture") << 200.0 << true << false;
-    QTest::newRow("100, centred") << 100.0 << false << true;
-}
-
-void tst_TextTool::appliedTextLandsWhereTheBoxShowedIt()
-{
-    QFETCH(double, zoom);
-    QFETCH(bool, background);
-    QFETCH(bool, centred);
-    MainWindowFixture fx;
-    frmPaint* form = fx.newDocument(160, 90);
-    form->PreDefZoom(zoom);
-    DrawState& st = fx.main().state();
-    st.TransparentText = background;
-    st.CenterText = centred;
-    st.SelectorValues[7].Value = 16;
-    fx.main().Cmd_Click(12);
-    drag(fx.main(), *form, {25, 30}, {25, 30});
-    if (centred) {
-        QTest::keyClicks(form->TextInput(), QStringLiteral("Ho"));
-        QTest::keyClick(form->TextInput(), Qt::Key_Return);
-    }
-    QTest::keyClicks(form->TextInput(), QStringLiteral("Hello"));
-
-    // Where the text shows on the view, in view pixels from the picture's origin.
-    QWidget* shown = background ? static_cast<QWidget*>(form->lblTextInput()) : form->TextInput();
-    QVERIFY(shown->isVisible());
-    form->paintArea()->setFocus(); // no text cursor in the picture of the box
-    const QImage view = shown->grab().toImage();
-    const int frame = background ? 0 : 1;
-    const QRect inkInView = darkBounds(view, view.rect().adjusted(frame, frame, -frame, -frame))
-                                .translated(shown->pos() - QPoint(1, 1));
-    QVERIFY(!inkInView.isEmpty());
-    fx.main().ApplyText();
-    QVERIFY(!form->TextInput()->isVisible());
-    const QImage& picture = form->doc.Buffer.Image();
-    const QRect ink = darkBounds(picture, picture.rect());
-    const double f = zoom / 100;
-    QVERIFY2(qAbs(ink.left() - inkInView.left() / f) <= 1.0 && qAbs(ink.top() - inkInView.top() / f) <= 1.0,
-             qPrintable(QStringLiteral("picture %1,%2 view %3,%4")
-                            .arg(ink.left())
-                            .arg(ink.top())
-                            .arg(inkInView.left() / f)
-                            .arg(inkInView.top() / f)));
-    QVERIFY(form->doc.Dirty);
-}
-
-void tst_TextTool::pointerButtonAppliesOtherToolsDrop_data()
-{
-    QTest::addColumn<int>("nextTool");
-    QTest::addColumn<bool>("cancel");
-    QTest::addColumn<bool>("applied");
-    QTest::newRow("pointer button applies") << 0 << false << true;
-    QTest::newRow("another tool drops") << 1 << false << false;
-    QTest::newRow("Cancel Text drops") << -1 << true << false;
-}
-
-void tst_TextTool::pointerButtonAppliesOtherToolsDrop()
-{
-    QFETCH(int, nextTool);
-    QFETCH(bool, cancel);
-    QFETCH(bool, applied);
-    MainWindowFixture fx;
-    frmPaint* form = fx.newDocument(80, 60);
-    fx.main().Cmd_Click(12);
-    drag(fx.main(), *form, {10, 10}, {10, 10});
-    QTest::keyClicks(form->TextInput(), QStringLiteral("Zoe"));
-    if (cancel)
-        fx.main().CancelText();
-    else
-        fx.main().Cmd_Click(nextTool);
-    const QImage& picture = form->doc.Buffer.Image();
-    QCOMPARE(!darkBounds(picture, picture.rect()).isEmpty(), applied);
-    QVERIFY(!form->TextInput()->isVisible());
-    QVERIFY(form->doc.textBox.Text.isEmpty());
-    QVERIFY(fx.main().builtOperations().contains(QStringLiteral("CancelText")));
-}
-
-void tst_TextTool::aChildsPicture()
-{
-    MainWindowFixture fx;
-    frmMain& main = fx.main();
-    frmPaint* form = fx.newDocument(400, 320);
-    DrawState& st = main.state();
-    const Surface& picture = form->doc.Buffer;
-
-    // The sky: from deep blue at the top to pale blue, 200 rows down.
-    st.ForeColor = RGB(40, 90, 210);
-    st.BackColor = RGB(200, 230, 255);
-    main.Cmd_Click(4);
-    drag(main, *form, {0, 0}, {200, 0});
-    // The ground: the white below the sky, filled green.
-    st.ForeColor = RGB(70, 170, 60);
-    main.Cmd_Click(3);
-    drag(main, *form, {10, 300}, {10, 300});
-    // The house: a black border filled with red.
-    st.ForeColor = RGB(0, 0, 0);
-    st.BackColor = RGB(210, 60, 40);
-    st.ShapeStyle = 1;
-    st.SelectorValues[5].Value = 2;
-    main.Cmd_Click(9);
-    drag(main, *form, {120, 150}, {260, 250});
-    // The roof: two thick lines.
-    st.SelectorValues[9].Value = 4;
-    main.Cmd_Click(14);
-    drag(main, *form, {110, 152}, {190, 90});
-    drag(main, *form, {190, 90}, {270, 152});
-    // The sun: a round yellow ellipse, filled only.
-    st.ForeColor = RGB(255, 210, 0);
-    st.ShapeStyle = 2;
-    main.Cmd_Click(10);
-    drag(main, *form, {300, 25}, {360, 85});
-    // The name, under the house.
-    st.ForeColor = RGB(20, 20, 120);
-    st.SelectorValues[7].Value = 20;
-    st.FontStyle = QStringLiteral("Bold");
-    main.Cmd_Click(12);
-    drag(main, *form, {150, 262}, {150, 262});
-    QTest::keyClicks(form->TextInput(), QStringLiteral("Mia"));
-    main.Cmd_Click(0); // the pointer button applies the text
-
-    // The sky from the foreground at its top (a step or two past it: row 0 ends under
-    // the second strip) to the background at its foot; the ground, the walls in their
-    // border, the round sun, and the name under the house.
-    const Color top = GetPixel(picture, 5, 0);
-    QVERIFY(qAbs(ColorRed(top) - 40) <= 2 && qAbs(ColorGreen(top) - 90) <= 2 &&
-            qAbs(ColorBlue(top) - 210) <= 2);
-    QCOMPARE(GetPixel(picture, 5, 199), RGB(200, 230, 255));
-    QCOMPARE(GetPixel(picture, 10, 300), RGB(70, 170, 60));
-    QCOMPARE(GetPixel(picture, 140, 180), RGB(210, 60, 40));
-    QCOMPARE(GetPixel(picture, 120, 200), RGB(0, 0, 0));
-    QCOMPARE(GetPixel(picture, 330, 55), RGB(255, 210, 0));
-    QVERIFY(GetPixel(picture, 301, 26) != RGB(255, 210, 0));
-    QVERIFY(RowsOf(picture, RGB(20, 20, 120)).mid(262, 40).join(QString()).count(u'#') > 30);
-    QVERIFY(!form->TextInput()->isVisible());
-
-    const QString shot = qEnvironmentVariable("VELUNTA_DRAWING_PNG");
-    if (!shot.isEmpty()) {
-        MainWindowFixture::settle();
-        QVERIFY(main.grab().save(shot));
-    }
-}
 
 QTEST_MAIN(tst_TextTool)
 #include "tst_texttool.moc"

@@ -1,9 +1,12 @@
 // The colour strip in the real main window, offscreen: every way of choosing a
 // colour, the sliders and boxes, the user colours and their file, Easy Mode and the
-// reduction of a picture to the strip's colours.
+// reduction of a picture to the strip's colours; and the True Color Palette: its
+// answer, the fields agreeing with each other, bad HTML text, the old colour, the
+// recent row and the eyedropper.
 
 #include "document/frmPaint.h"
 #include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
 #include "widgets/ColorMath.h"
 #include "widgets/ColorStrip.h"
 #include "widgets/StripParts.h"
@@ -26,371 +29,434 @@ using namespace velunta::test;
 
 namespace {
 
-// Answers the next modal colour dialog: with a colour, or cancelled with -1.
-void AnswerNextDialog(Color answer)
+// Answers the next modal colour dialog.
+void AnswerNextDialog(const std::function<void(frmColor*)>& answer)
 {
     QTimer::singleShot(0, [answer] {
         auto* dialog = qobject_cast<frmColor*>(QApplication::activeModalWidget());
         QVERIFY(dialog);
-        if (answer < 0) {
-            dialog->reject();
-            return;
-        }
-        dialog->htmlField()->setText(ColorToHTML(answer));
-        QTest::keyClick(dialog->htmlField(), Qt::Key_Return);
+        answer(dialog);
     });
 }
 
-QByteArray FileBytes(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+// A main window with its strip and drawing state at hand.
+struct Strip : MainWindowFixture {
+    ColorStrip& strip = *main().colorStrip();
+    DrawState& st = main().state();
+    void colours(Color fore, Color back)
+    {
+        st.ForeColor = fore;
+        st.BackColor = back;
+        main().ColorsChanged();
+    }
+};
 
 } // namespace
 
 class tst_ColorStrip : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void colourToSliders();
-    void dragToFarRightGives255();
-    void boxRules();
-    void enterMovesToTheNextBox();
-    void buttonsChooseForegroundOrBackground_data();
-    void buttonsChooseForegroundOrBackground();
-    void draggingAlongTheGraysPicksContinuously();
-    void restoreAndSwap();
-    void userCellDoubleClickKeepsWorkingColours_data();
-    void userCellDoubleClickKeepsWorkingColours();
-    void dropOnUserCellDoesNotWriteTheFile();
-    void startUpReadsAShortFile();
-    void readoutDoubleClickCopies();
-    void rightClickOnSwatchOpensTheDialog();
-    void easyModeHidesTheNumbers();
-    void changePaletteReducesThePicture();
-    void changePaletteReducesOnlyTheSelection();
+    void colourToSliders()
+    {
+        Strip f;
+        f.colours(RGB(255, 128, 7), 0xFFFFFF);
+        const int values[3] = {255, 128, 7};
+        for (int k = 0; k < 3; ++k) {
+            QCOMPARE(f.strip.lblcolor(k)->text(), QString::number(values[k]));
+            ColorSlider* bar = f.strip.ColorBar(k);
+            QCOMPARE(bar->thumbLeft(), ThumbLeftForValue(values[k], bar->barLeft(), bar->barWidth(), bar->thumbWidth()));
+        }
+        QCOMPARE(f.strip.lblcolorvalue()->text(), QString::number(RGB(255, 128, 7)));
+        QCOMPARE(f.strip.lblcolorvalue2()->text(), QStringLiteral("#FF8007"));
+    }
+
+    void dragToFarRightGives255()
+    {
+        Strip f;
+        frmPaint* form = f.newDocument();
+        ColorSlider* green = f.strip.ColorBar(1);
+        const QPoint grab(green->thumbLeft() + 3, green->height() / 2);
+        QTest::mousePress(green, Qt::LeftButton, {}, grab);
+        QVERIFY(f.strip.SliderDrag);
+        QTest::mouseMove(green, QPoint(green->width() + 40, grab.y()));
+        // The thumb stops at the end of the track, where the formula gives 256 ...
+        QCOMPARE(green->thumbLeft(), green->barLeft() + green->barWidth() - green->thumbWidth() / 2);
+        QCOMPARE(SliderValue(green->thumbLeft(), green->barLeft(), green->barWidth(), green->thumbWidth()), 256);
+        // ... and the box's change rule has cut it to 255 before the colour was taken.
+        QCOMPARE(f.strip.lblcolor(1)->text(), QStringLiteral("255"));
+        QCOMPARE(f.st.ForeColor, RGB(0, 255, 0));
+        QCOMPARE(form->doc.Buffer.ForeColor, RGB(0, 255, 0));
+        QTest::mouseRelease(green, Qt::LeftButton, {}, QPoint(green->width() - 1, grab.y()));
+        QVERIFY(!f.strip.SliderDrag);
+    }
+
+    void boxesTakeEffectAtKeyUp()
+    {
+        Strip f;
+        f.main().activateWindow();
+        QLineEdit* red = f.strip.lblcolor(0);
+        // An empty box stays empty while typing and reads "0" at the key-up, which does nothing else.
+        red->setFocus();
+        red->selectAll();
+        QTest::keyPress(red, Qt::Key_Backspace);
+        QCOMPARE(red->text(), QString());
+        const Color before = f.st.ForeColor;
+        QTest::keyRelease(red, Qt::Key_Backspace);
+        QCOMPARE(red->text(), QStringLiteral("0"));
+        QCOMPARE(f.st.ForeColor, before);
+        red->selectAll();
+        QTest::keyClicks(red, QStringLiteral("99"));
+        QCOMPARE(f.st.ForeColor, RGB(99, 0, 0));
+        QCOMPARE(f.strip.lblcolorvalue2()->text(), QStringLiteral("#630000"));
+        // Enter moves to the next box with its text selected.
+        QTest::keyClick(red, Qt::Key_Return);
+        QVERIFY(f.strip.lblcolor(1)->hasFocus());
+        QCOMPARE(f.strip.lblcolor(1)->selectedText(), f.strip.lblcolor(1)->text());
+    }
+
+    void buttonsChooseForegroundOrBackground_data()
+    {
+        QTest::addColumn<int>("button");
+        QTest::addColumn<int>("selIndex");
+        QTest::newRow("left: foreground") << int(Qt::LeftButton) << 0;
+        QTest::newRow("right: background") << int(Qt::RightButton) << 1;
+    }
+    void buttonsChooseForegroundOrBackground()
+    {
+        QFETCH(int, button);
+        QFETCH(int, selIndex);
+        Strip f;
+        Color& chosen = selIndex == 0 ? f.st.ForeColor : f.st.BackColor;
+        const Color other = selIndex == 0 ? f.st.BackColor : f.st.ForeColor;
+        SwatchGrid* grid = f.strip.MSColors();
+        QTest::mouseClick(grid, Qt::MouseButton(button), {}, grid->cellRect(9).center());
+        QCOMPARE(f.st.SelIndex, selIndex);
+        QCOMPARE(chosen, RGB(255, 0, 0));
+        QCOMPARE(selIndex == 0 ? f.st.BackColor : f.st.ForeColor, other);
+        QCOMPARE(f.strip.lblcolor(0)->text(), QStringLiteral("255"));
+        QCOMPARE(f.strip.ColorBlend(selIndex)->color(), RGB(255, 0, 0)); // the mirrors follow
+        QTest::mouseClick(f.strip.ImgColor(), Qt::MouseButton(button), {}, QPoint(2, 15));
+        QCOMPARE(ColorRed(chosen), 255);
+    }
+
+    void draggingAlongTheGraysPicksContinuously()
+    {
+        Strip f;
+        PickStrip* grays = f.strip.ImgGrays();
+        QTest::mousePress(grays, Qt::LeftButton, {}, QPoint(1, 5));
+        QCOMPARE(f.st.ForeColor, 0xFFFFFF);
+        QTest::mouseMove(grays, QPoint(grays->width() / 2, 5));
+        const int middle = ColorRed(f.st.ForeColor);
+        QVERIFY(middle > 100 && middle < 155);
+        // Beyond the end the last grey is kept.
+        QTest::mouseMove(grays, QPoint(grays->width() + 30, 5));
+        QCOMPARE(f.st.ForeColor, 0);
+        QTest::mouseRelease(grays, Qt::LeftButton, {}, QPoint(grays->width() + 30, 5));
+    }
+
+    void restoreAndSwap()
+    {
+        Strip f;
+        f.st.SelIndex = 1;
+        f.colours(RGB(1, 2, 3), RGB(4, 5, 6));
+        f.strip.ShiftColors()->click();
+        QCOMPARE(QList<Color>({f.st.ForeColor, f.st.BackColor}), QList<Color>({RGB(4, 5, 6), RGB(1, 2, 3)}));
+        QCOMPARE(f.strip.lblcolorvalue()->text(), QString::number(RGB(4, 5, 6)));
+        f.strip.RestoreColors()->click();
+        QCOMPARE(QList<Color>({f.st.ForeColor, f.st.BackColor}), QList<Color>({0, 0xFFFFFF}));
+        QCOMPARE(f.st.SelIndex, 0);
+    }
+
+    void userCellDoubleClickKeepsWorkingColours_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::newRow("a colour chosen") << RGB(18, 52, 86);
+        QTest::newRow("cancelled") << -1;
+    }
+    void userCellDoubleClickKeepsWorkingColours()
+    {
+        QFETCH(int, answer);
+        Strip f;
+        f.colours(RGB(9, 8, 7), RGB(200, 201, 202));
+        SwatchGrid* cells = f.strip.PicUserColors();
+        const Color cellBefore = cells->color(3);
+        const QPoint at = cells->cellRect(3).center();
+        QTest::mouseClick(cells, Qt::LeftButton, {}, at);
+        QCOMPARE(f.st.ForeColor, cellBefore); // the first click chose the cell's colour
+        AnswerNextDialog([answer](frmColor* d) {
+            if (answer < 0)
+                return d->reject();
+            d->htmlField()->setText(ColorToHTML(answer));
+            QTest::keyClick(d->htmlField(), Qt::Key_Return);
+        });
+        QTest::mouseDClick(cells, Qt::LeftButton, {}, at);
+        QTest::mouseRelease(cells, Qt::LeftButton, {}, at);
+        QCOMPARE(QList<Color>({f.st.ForeColor, f.st.BackColor}), QList<Color>({RGB(9, 8, 7), RGB(200, 201, 202)}));
+        QCOMPARE(f.strip.ColorDialogResult, -1);
+        QCOMPARE(cells->color(3), answer < 0 ? cellBefore : answer);
+        const QByteArray text = ReadFile(f.appFolder() + QStringLiteral("UserColors.ini"));
+        QCOMPARE(text.isEmpty(), answer < 0);
+        if (answer >= 0) {
+            QVERIFY(text.startsWith("[User Defined Colors]\r\n"));
+            QCOMPARE(text.split('\n').at(4), " " + QByteArray::number(answer) + " \r");
+        }
+    }
+
+    void dropOnUserCellDoesNotWriteTheFile()
+    {
+        Strip f;
+        SwatchGrid* cells = f.strip.PicUserColors();
+        const QPoint at = cells->cellRect(5).center();
+        for (const QString& text : {QString::number(RGB(1, 200, 3)), QStringLiteral("not a colour")}) {
+            QMimeData data;
+            data.setText(text);
+            QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(cells, &enter);
+            QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, {});
+            QApplication::sendEvent(cells, &dropped);
+            QCOMPARE(cells->color(5), RGB(1, 200, 3));
+        }
+        QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("UserColors.ini")));
+    }
+
+    void startUpReadsAShortFile()
+    {
+        Strip f;
+        QVERIFY(WriteFile(f.appFolder() + QStringLiteral("UserColors.ini"),
+                          "[User Defined Colors]\r\n 255 \r\n 65280 \r\n"));
+        f.strip.LoadUserColors();
+        QCOMPARE(f.strip.UserColor(1), RGB(0, 255, 0));
+        QCOMPARE(f.strip.UserColor(2), DefaultUserColors()[2]);
+        // The palette of the strip: the fixed swatches, then the user colours.
+        const QVector<Color> palette = f.strip.palette();
+        QCOMPARE(palette.size(), kMSColorCount + kUserColorCount);
+        QCOMPARE(palette.at(kMSColorCount), RGB(255, 0, 0));
+    }
+
+    void readoutDoubleClickCopies()
+    {
+        Strip f;
+        f.st.SelIndex = 1; // the read-outs still show the foreground
+        f.colours(RGB(0x12, 0x34, 0x56), 0);
+        QTest::mouseDClick(f.strip.lblcolorvalue2(), Qt::LeftButton);
+        QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("#123456"));
+        QTest::mouseDClick(f.strip.lblcolorvalue(), Qt::LeftButton);
+        QCOMPARE(QApplication::clipboard()->text(), QString::number(RGB(0x12, 0x34, 0x56)));
+    }
+
+    void rightClickOnSwatchOpensTheDialog()
+    {
+        Strip f;
+        frmPaint* form = f.newDocument();
+        f.main().SelColor_MouseDown(1, 2);
+        frmColor* dialog = f.strip.openDialog();
+        QVERIFY(dialog);
+        QCOMPARE(dialog->windowModality(), Qt::WindowModal);
+        QCOMPARE(dialog->color(), 0xFFFFFF);
+        dialog->spin(0)->setValue(10);
+        dialog->accept();
+        QCOMPARE(f.st.BackColor, RGB(10, 255, 255));
+        QVERIFY(!f.strip.openDialog());
+        // Image2(1) edits the foreground; a cancel changes nothing.
+        f.strip.Image2(1)->click();
+        QCOMPARE(f.strip.openDialog()->color(), 0);
+        f.strip.openDialog()->spin(2)->setValue(99);
+        f.strip.openDialog()->reject();
+        QCOMPARE(f.st.ForeColor, 0);
+        QCOMPARE(form->doc.Buffer.ForeColor, 0);
+    }
+
+    void easyModeHidesTheNumbers()
+    {
+        Strip f;
+        QAction* easy = f.main().action(QStringLiteral("mnuKidsMode"));
+        for (bool on : {true, false}) {
+            easy->setChecked(on);
+            f.main().KidsMode();
+            QCOMPARE(f.strip.lblcolorvalue()->isVisible(), !on);
+            QCOMPARE(f.strip.findChild<QLabel*>(QStringLiteral("lblcolorvaluelabel2"))->isVisible(), !on);
+            QCOMPARE(f.strip.lblcolor(2)->isVisible(), !on);
+            QVERIFY(f.strip.ColorBar(2)->isVisible());
+        }
+    }
+
+    void changePaletteReducesThePictureOrTheSelection()
+    {
+        Strip f;
+        QPushButton* button = f.strip.PaletteButton();
+        QVERIFY(!button->isEnabled());
+        frmPaint* form = f.newDocument(6, 6);
+        QVERIFY(button->isEnabled());
+        Document& doc = form->doc;
+        QImage& img = doc.Buffer.Image();
+        img.fill(ToQRgb(RGB(250, 10, 5)));
+        img.setPixel(1, 1, ToQRgb(RGB(3, 3, 250)));
+        const QImage before = img.copy();
+        button->click();
+        QCOMPARE(FromQRgb(img.pixel(0, 0)), RGB(255, 0, 0));
+        QCOMPARE(FromQRgb(img.pixel(1, 1)), RGB(0, 0, 255));
+        QVERIFY(doc.Dirty);
+        // The undo ring has the picture before; the resize undo file is not touched.
+        QCOMPARE(doc.UndoSlots[f.main().undo().UndoWriteSlot - 1].Image(), before);
+        QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("temp/undo.bmp")));
+
+        // With a selection, only the selection.
+        img.fill(ToQRgb(RGB(250, 250, 10)));
+        doc.BufferSelected.setSize(2, 2);
+        doc.BufferSelected.Image().fill(ToQRgb(RGB(5, 5, 5)));
+        doc.BufferSelected.Move(1, 1);
+        doc.SelectArea.Visible = true;
+        doc.BufferSelected.Image().setPixel(0, 0, ToQRgb(RGB(250, 5, 250)));
+        f.main().ChangePalette();
+        QCOMPARE(FromQRgb(doc.BufferSelected.Image().pixel(0, 0)), RGB(255, 0, 255));
+        QCOMPARE(FromQRgb(doc.BufferSelected.Image().pixel(1, 1)), 0);
+        QCOMPARE(FromQRgb(img.pixel(5, 5)), RGB(250, 250, 10));
+    }
+
+    void cancelReturnsMinusOne()
+    {
+        const QVector<Color> recent = frmColor::recentColors();
+        AnswerNextDialog([](frmColor* d) {
+            d->spin(1)->setValue(77);
+            d->reject();
+        });
+        QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), -1);
+        AnswerNextDialog([](frmColor* d) { QTest::keyClick(d, Qt::Key_Escape); });
+        QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), -1);
+        QCOMPARE(frmColor::recentColors(), recent);
+    }
+
+    void okReturnsTheColourAndRemembersIt()
+    {
+        AnswerNextDialog([](frmColor* d) {
+            QCOMPARE(d->color(), RGB(1, 2, 3));
+            d->spin(2)->setValue(200);
+            d->accept();
+        });
+        QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), RGB(1, 2, 200));
+        QCOMPARE(frmColor::recentColors().value(0), RGB(1, 2, 200));
+
+        frmColor next;
+        QVERIFY(!next.recentSample(0)->isHidden());
+        QCOMPARE(next.recentSample(0)->color(), RGB(1, 2, 200));
+        QTest::mouseClick(next.recentSample(0), Qt::LeftButton);
+        QCOMPARE(next.color(), RGB(1, 2, 200));
+    }
+
+    void hsvFieldsGiveRgb_data()
+    {
+        QTest::addColumn<int>("h");
+        QTest::addColumn<int>("s");
+        QTest::addColumn<int>("v");
+        QTest::addColumn<int>("rgb");
+        QTest::newRow("red") << 0 << 100 << 100 << RGB(255, 0, 0);
+        QTest::newRow("dark blue") << 240 << 100 << 50 << RGB(0, 0, 128);
+        QTest::newRow("orange") << 30 << 100 << 100 << RGB(255, 128, 0);
+    }
+    void hsvFieldsGiveRgb()
+    {
+        QFETCH(int, h);
+        QFETCH(int, s);
+        QFETCH(int, v);
+        QFETCH(int, rgb);
+        frmColor d;
+        d.setColor(RGB(0, 0, 1));
+        d.spin(3)->setValue(h);
+        d.spin(4)->setValue(s);
+        d.spin(5)->setValue(v);
+        QCOMPARE(d.color(), rgb);
+        QCOMPARE(RGB(d.spin(0)->value(), d.spin(1)->value(), d.spin(2)->value()), rgb);
+        QCOMPARE(d.htmlField()->text(), ColorToHTML(rgb));
+    }
+
+    void greyKeepsTheHue()
+    {
+        frmColor d;
+        d.setColor(RGB(0, 128, 255));
+        const int hue = d.spin(3)->value();
+        QVERIFY(hue > 200 && hue < 220);
+        d.htmlField()->selectAll();
+        QTest::keyClicks(d.htmlField(), QStringLiteral("#5a5a5a"));
+        QCOMPARE(d.color(), RGB(90, 90, 90));
+        QCOMPARE(d.spin(4)->value(), 0);
+        QCOMPARE(d.spin(3)->value(), hue);
+        // Colour comes back with the hue it had.
+        d.spin(4)->setValue(100);
+        QVERIFY(ColorBlue(d.color()) > ColorRed(d.color()));
+    }
+
+    void badHtmlChangesNothing_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("too short") << "#12";
+        QTest::newRow("not hex") << "#GGHHII";
+    }
+    void badHtmlChangesNothing()
+    {
+        QFETCH(QString, text);
+        frmColor d;
+        d.setColor(RGB(10, 20, 30));
+        d.show();
+        d.htmlField()->selectAll();
+        QTest::keyClicks(d.htmlField(), text);
+        QTest::keyClick(d.htmlField(), Qt::Key_Return);
+        QVERIFY(d.isVisible()); // Enter on a bad text does not close the dialog
+        QCOMPARE(d.result(), 0);
+        QCOMPARE(d.color(), RGB(10, 20, 30));
+        QCOMPARE(d.spin(0)->value(), 10);
+        QVERIFY(d.messageLabel()->text().contains(QStringLiteral("#FF8000")));
+
+        // A good text is taken as it is typed, and the message goes.
+        d.htmlField()->selectAll();
+        QTest::keyClicks(d.htmlField(), QStringLiteral("#00ff80"));
+        QCOMPARE(d.color(), RGB(0, 255, 128));
+        QVERIFY(d.messageLabel()->text().isEmpty());
+    }
+
+    void oldSampleBringsTheStartBack()
+    {
+        frmColor d;
+        d.setColor(RGB(5, 6, 7));
+        d.spin(0)->setValue(250);
+        QCOMPARE(d.oldColor(), RGB(5, 6, 7));
+        QCOMPARE(d.color(), RGB(250, 6, 7));
+        auto* old = d.findChildren<ColorSample*>().value(0);
+        QVERIFY(old);
+        QCOMPARE(old->color(), RGB(5, 6, 7));
+        QTest::mouseClick(old, Qt::LeftButton);
+        QCOMPARE(d.color(), RGB(5, 6, 7));
+    }
+
+    void eyedropperTakesAProgramWindowsColour()
+    {
+        QWidget other;
+        other.setAutoFillBackground(true);
+        QPalette pal;
+        pal.setColor(QPalette::Window, QColor(12, 200, 99));
+        other.setPalette(pal);
+        other.setGeometry(400, 300, 80, 60);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&other));
+        const QPoint global = other.mapToGlobal(QPoint(40, 30));
+        QCOMPARE(frmColor::ProgramColorAt(global), RGB(12, 200, 99));
+
+        frmColor d;
+        d.setGeometry(0, 0, 300, 200);
+        d.show();
+        d.eyedropper()->click();
+        QVERIFY(d.picking());
+        QTest::mousePress(&d, Qt::LeftButton, {}, d.mapFromGlobal(global));
+        QVERIFY(!d.picking());
+        QCOMPARE(d.color(), RGB(12, 200, 99));
+
+        // Esc ends the picking and keeps the colour.
+        d.eyedropper()->click();
+        QTest::keyClick(&d, Qt::Key_Escape);
+        QVERIFY(!d.picking());
+        QVERIFY(d.isVisible());
+        QCOMPARE(d.color(), RGB(12, 200, 99));
+    }
 };
-
-void tst_ColorStrip::colourToSliders()
-{
-    MainWindowFixture f;
-    f.main().state().ForeColor = RGB(255, 128, 7);
-    f.main().ColorsChanged();
-    ColorStrip* strip = f.main().colorStrip();
-    const int values[3] = {255, 128, 7};
-    for (int k = 0; k < 3; ++k) {
-        QCOMPARE(strip->lblcolor(k)->text(), QString::number(values[k]));
-        ColorSlider* bar = strip->ColorBar(k);
-        QCOMPARE(bar->thumbLeft(),
-                 ThumbLeftForValue(values[k], bar->barLeft(), bar->barWidth(), bar->thumbWidth()));
-    }
-    QCOMPARE(strip->lblcolorvalue()->text(), QString::number(RGB(255, 128, 7)));
-    QCOMPARE(strip->lblcolorvalue2()->text(), QStringLiteral("#FF8007"));
-}
-
-void tst_ColorStrip::dragToFarRightGives255()
-{
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument();
-    ColorStrip* strip = f.main().colorStrip();
-    ColorSlider* green = strip->ColorBar(1);
-    const QPoint grab(green->thumbLeft() + 3, green->height() / 2);
-    QTest::mousePress(green, Qt::LeftButton, {}, grab);
-    QVERIFY(strip->SliderDrag);
-    QTest::mouseMove(green, QPoint(green->width() + 40, grab.y()));
-    // The thumb stops at the end of the track, where the formula gives 256 ...
-    QCOMPARE(green->thumbLeft(), green->barLeft() + green->barWidth() - green->thumbWidth() / 2);
-    QCOMPARE(SliderValue(green->thumbLeft(), green->barLeft(), green->barWidth(), green->thumbWidth()), 256);
-    // ... and the box's change rule has cut it to 255 before the colour was taken.
-    QCOMPARE(strip->lblcolor(1)->text(), QStringLiteral("255"));
-    QCOMPARE(f.main().state().ForeColor, RGB(0, 255, 0));
-    QCOMPARE(form->doc.Buffer.ForeColor, RGB(0, 255, 0));
-    QTest::mouseRelease(green, Qt::LeftButton, {}, QPoint(green->width() - 1, grab.y()));
-    QVERIFY(!strip->SliderDrag);
-}
-
-void tst_ColorStrip::boxRules()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    QLineEdit* red = strip->lblcolor(0);
-    red->setText(QStringLiteral("300"));
-    QCOMPARE(red->text(), QStringLiteral("255"));
-
-    // An empty box stays empty while typing and reads "0" at the key-up, which does nothing else.
-    red->setFocus();
-    red->selectAll();
-    QTest::keyPress(red, Qt::Key_Backspace);
-    QCOMPARE(red->text(), QString());
-    const Color before = f.main().state().ForeColor;
-    QTest::keyRelease(red, Qt::Key_Backspace);
-    QCOMPARE(red->text(), QStringLiteral("0"));
-    QCOMPARE(f.main().state().ForeColor, before);
-
-    // Typing a number takes effect at the key-up.
-    red->selectAll();
-    QTest::keyClicks(red, QStringLiteral("99"));
-    QCOMPARE(red->text(), QStringLiteral("99"));
-    QCOMPARE(f.main().state().ForeColor, RGB(99, 0, 0));
-    QCOMPARE(strip->lblcolorvalue2()->text(), QStringLiteral("#630000"));
-}
-
-void tst_ColorStrip::enterMovesToTheNextBox()
-{
-    MainWindowFixture f;
-    f.main().activateWindow();
-    ColorStrip* strip = f.main().colorStrip();
-    strip->lblcolor(0)->setFocus();
-    QTest::keyClick(strip->lblcolor(0), Qt::Key_Return);
-    QVERIFY(strip->lblcolor(1)->hasFocus());
-    QCOMPARE(strip->lblcolor(1)->selectedText(), strip->lblcolor(1)->text());
-}
-
-void tst_ColorStrip::buttonsChooseForegroundOrBackground_data()
-{
-    QTest::addColumn<int>("button");
-    QTest::addColumn<int>("selIndex");
-    QTest::newRow("left: foreground") << int(Qt::LeftButton) << 0;
-    QTest::newRow("right: background") << int(Qt::RightButton) << 1;
-}
-
-void tst_ColorStrip::buttonsChooseForegroundOrBackground()
-{
-    QFETCH(int, button);
-    QFETCH(int, selIndex);
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    DrawState& st = f.main().state();
-    const Color other = selIndex == 0 ? st.BackColor : st.ForeColor;
-    SwatchGrid* grid = strip->MSColors();
-    QTest::mouseClick(grid, Qt::MouseButton(button), {}, grid->cellRect(9).center());
-    QCOMPARE(st.SelIndex, selIndex);
-    QCOMPARE(selIndex == 0 ? st.ForeColor : st.BackColor, RGB(255, 0, 0));
-    QCOMPARE(selIndex == 0 ? st.BackColor : st.ForeColor, other);
-    QCOMPARE(strip->lblcolor(0)->text(), QStringLiteral("255"));
-    // The mirrors follow the swatches.
-    QCOMPARE(strip->ColorBlend(selIndex)->color(), RGB(255, 0, 0));
-
-    QTest::mouseClick(strip->ImgColor(), Qt::MouseButton(button), {}, QPoint(2, 15));
-    QCOMPARE(ColorRed(selIndex == 0 ? st.ForeColor : st.BackColor), 255);
-}
-
-void tst_ColorStrip::draggingAlongTheGraysPicksContinuously()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    PickStrip* grays = strip->ImgGrays();
-    QTest::mousePress(grays, Qt::LeftButton, {}, QPoint(1, 5));
-    QCOMPARE(f.main().state().ForeColor, 0xFFFFFF);
-    QTest::mouseMove(grays, QPoint(grays->width() / 2, 5));
-    const int middle = ColorRed(f.main().state().ForeColor);
-    QVERIFY(middle > 100 && middle < 155);
-    // Beyond the end the last grey is kept.
-    QTest::mouseMove(grays, QPoint(grays->width() + 30, 5));
-    QCOMPARE(f.main().state().ForeColor, 0);
-    QTest::mouseRelease(grays, Qt::LeftButton, {}, QPoint(grays->width() + 30, 5));
-}
-
-void tst_ColorStrip::restoreAndSwap()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    DrawState& st = f.main().state();
-    st.ForeColor = RGB(1, 2, 3);
-    st.BackColor = RGB(4, 5, 6);
-    st.SelIndex = 1;
-    f.main().ColorsChanged();
-    strip->ShiftColors()->click();
-    QCOMPARE(st.ForeColor, RGB(4, 5, 6));
-    QCOMPARE(st.BackColor, RGB(1, 2, 3));
-    QCOMPARE(strip->lblcolorvalue()->text(), QString::number(RGB(4, 5, 6)));
-    strip->RestoreColors()->click();
-    QCOMPARE(st.ForeColor, 0);
-    QCOMPARE(st.BackColor, 0xFFFFFF);
-    QCOMPARE(st.SelIndex, 0);
-    // The gradient starts one step from black towards white.
-    const QImage& g = strip->Gradient()->picture();
-    QVERIFY(qRed(g.pixel(0, 0)) > 0 && qRed(g.pixel(0, 0)) < 5);
-}
-
-void tst_ColorStrip::userCellDoubleClickKeepsWorkingColours_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::newRow("a colour chosen") << RGB(18, 52, 86);
-    QTest::newRow("cancelled") << -1;
-}
-
-void tst_ColorStrip::userCellDoubleClickKeepsWorkingColours()
-{
-    QFETCH(int, answer);
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    DrawState& st = f.main().state();
-    st.ForeColor = RGB(9, 8, 7);
-    st.BackColor = RGB(200, 201, 202);
-    f.main().ColorsChanged();
-    SwatchGrid* cells = strip->PicUserColors();
-    const Color cellBefore = cells->color(3);
-    const QPoint at = cells->cellRect(3).center();
-
-    QTest::mouseClick(cells, Qt::LeftButton, {}, at);
-    QCOMPARE(st.ForeColor, cellBefore); // the first click chose the cell's colour
-    AnswerNextDialog(answer);
-    QTest::mouseDClick(cells, Qt::LeftButton, {}, at);
-    QTest::mouseRelease(cells, Qt::LeftButton, {}, at);
-
-    QCOMPARE(st.ForeColor, RGB(9, 8, 7));
-    QCOMPARE(st.BackColor, RGB(200, 201, 202));
-    QCOMPARE(strip->ColorDialogResult, -1);
-    const QString file = f.appFolder() + QStringLiteral("UserColors.ini");
-    if (answer < 0) {
-        QCOMPARE(cells->color(3), cellBefore);
-        QVERIFY(!QFile::exists(file));
-        return;
-    }
-    QCOMPARE(cells->color(3), answer);
-    const QByteArray text = FileBytes(file);
-    QVERIFY(text.startsWith("[User Defined Colors]\r\n"));
-    QCOMPARE(text.split('\n').at(4), QByteArray(" ") + QByteArray::number(answer) + " \r");
-}
-
-void tst_ColorStrip::dropOnUserCellDoesNotWriteTheFile()
-{
-    MainWindowFixture f;
-    SwatchGrid* cells = f.main().colorStrip()->PicUserColors();
-    const QPoint at = cells->cellRect(5).center();
-    auto drop = [&](const QString& text) {
-        QMimeData data;
-        data.setText(text);
-        QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-        QApplication::sendEvent(cells, &enter);
-        QDropEvent dropped(at, Qt::CopyAction, &data, Qt::LeftButton, {});
-        QApplication::sendEvent(cells, &dropped);
-    };
-    drop(QString::number(RGB(1, 200, 3)));
-    QCOMPARE(cells->color(5), RGB(1, 200, 3));
-    const Color kept = cells->color(5);
-    drop(QStringLiteral("not a colour"));
-    QCOMPARE(cells->color(5), kept);
-    QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("UserColors.ini")));
-}
-
-void tst_ColorStrip::startUpReadsAShortFile()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    QFile file(f.appFolder() + QStringLiteral("UserColors.ini"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[User Defined Colors]\r\n 255 \r\n 65280 \r\n");
-    file.close();
-    strip->LoadUserColors();
-    QCOMPARE(strip->UserColor(0), RGB(255, 0, 0));
-    QCOMPARE(strip->UserColor(1), RGB(0, 255, 0));
-    for (int i = 2; i < kUserColorCount; ++i)
-        QCOMPARE(strip->UserColor(i), DefaultUserColors()[i]);
-    // The palette of the strip: the fixed swatches, then the user colours.
-    const QVector<Color> palette = strip->palette();
-    QCOMPARE(palette.size(), kMSColorCount + kUserColorCount);
-    QCOMPARE(palette.at(kMSColorCount), RGB(255, 0, 0));
-}
-
-void tst_ColorStrip::readoutDoubleClickCopies()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    f.main().state().ForeColor = RGB(0x12, 0x34, 0x56);
-    f.main().state().SelIndex = 1; // the read-outs still show the foreground
-    f.main().ColorsChanged();
-    QTest::mouseDClick(strip->lblcolorvalue2(), Qt::LeftButton);
-    QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("#123456"));
-    QTest::mouseDClick(strip->lblcolorvalue(), Qt::LeftButton);
-    QCOMPARE(QApplication::clipboard()->text(), QString::number(RGB(0x12, 0x34, 0x56)));
-}
-
-void tst_ColorStrip::rightClickOnSwatchOpensTheDialog()
-{
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument();
-    ColorStrip* strip = f.main().colorStrip();
-    f.main().SelColor_MouseDown(1, 2);
-    frmColor* dialog = strip->openDialog();
-    QVERIFY(dialog);
-    QCOMPARE(dialog->windowModality(), Qt::WindowModal);
-    QCOMPARE(dialog->color(), 0xFFFFFF);
-    dialog->spin(0)->setValue(10);
-    dialog->accept();
-    QCOMPARE(f.main().state().BackColor, RGB(10, 255, 255));
-    QVERIFY(!strip->openDialog());
-
-    // Image2(1) edits the foreground; a cancel changes nothing.
-    strip->Image2(1)->click();
-    QVERIFY(strip->openDialog());
-    QCOMPARE(strip->openDialog()->color(), 0);
-    strip->openDialog()->spin(2)->setValue(99);
-    strip->openDialog()->reject();
-    QCOMPARE(f.main().state().ForeColor, 0);
-    QCOMPARE(form->doc.Buffer.ForeColor, 0);
-}
-
-void tst_ColorStrip::easyModeHidesTheNumbers()
-{
-    MainWindowFixture f;
-    ColorStrip* strip = f.main().colorStrip();
-    QAction* easy = f.main().action(QStringLiteral("mnuKidsMode"));
-    easy->setChecked(true);
-    f.main().KidsMode();
-    QVERIFY(!strip->lblcolorvalue()->isVisible());
-    QVERIFY(!strip->lblcolorvalue2()->isVisible());
-    QVERIFY(!strip->findChild<QLabel*>(QStringLiteral("lblcolorvaluelabel2"))->isVisible());
-    for (int k = 0; k < 3; ++k) {
-        QVERIFY(!strip->lblcolor(k)->isVisible());
-        QVERIFY(strip->ColorBar(k)->isVisible());
-    }
-    easy->setChecked(false);
-    f.main().KidsMode();
-    QVERIFY(strip->lblcolorvalue2()->isVisible());
-    QVERIFY(strip->lblcolor(2)->isVisible());
-}
-
-void tst_ColorStrip::changePaletteReducesThePicture()
-{
-    MainWindowFixture f;
-    QPushButton* button = f.main().colorStrip()->PaletteButton();
-    QVERIFY(!button->isEnabled());
-    frmPaint* form = f.newDocument(4, 3);
-    QVERIFY(button->isEnabled());
-    QImage& img = form->doc.Buffer.Image();
-    img.fill(ToQRgb(RGB(250, 10, 5)));
-    img.setPixel(1, 1, ToQRgb(RGB(3, 3, 250)));
-    const QImage before = img.copy();
-
-    button->click();
-    QVERIFY(f.main().undo().UndoWriteSlot > 0);
-    QCOMPARE(FromQRgb(img.pixel(0, 0)), RGB(255, 0, 0));
-    QCOMPARE(FromQRgb(img.pixel(1, 1)), RGB(0, 0, 255));
-    QVERIFY(form->doc.Dirty);
-    // The undo ring has the picture before; the resize undo file is not touched.
-    QCOMPARE(form->doc.UndoSlots[f.main().undo().UndoWriteSlot - 1].Image(), before);
-    QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("temp/undo.bmp")));
-}
-
-void tst_ColorStrip::changePaletteReducesOnlyTheSelection()
-{
-    MainWindowFixture f;
-    frmPaint* form = f.newDocument(6, 6);
-    Document& doc = form->doc;
-    doc.Buffer.Image().fill(ToQRgb(RGB(250, 250, 10)));
-    doc.BufferSelected.setSize(2, 2);
-    doc.BufferSelected.Image().fill(ToQRgb(RGB(5, 5, 5)));
-    doc.BufferSelected.Move(1, 1);
-    doc.SelectArea.Visible = true;
-    doc.BufferSelected.Image().setPixel(0, 0, ToQRgb(RGB(250, 5, 250)));
-    f.main().ChangePalette();
-    QCOMPARE(FromQRgb(doc.BufferSelected.Image().pixel(0, 0)), RGB(255, 0, 255));
-    QCOMPARE(FromQRgb(doc.BufferSelected.Image().pixel(1, 1)), 0);
-    // The picture outside the selection keeps its colour.
-    QCOMPARE(FromQRgb(doc.Buffer.Image().pixel(5, 5)), RGB(250, 250, 10));
-}
 
 QTEST_MAIN(tst_ColorStrip)
 #include "tst_colorstrip.moc"

@@ -1,0 +1,263 @@
+// The BMP and JPEG writers against other programs' decoders (ImageMagick, djpeg), the
+// JPEG section's row layout and quality 0, the safe save of every writer (a save that
+// fails leaves the old file as it was and says why, in the system's words), and the
+// names of Save As and the exports: the filter decides the format, and the typed
+// extension loses its last four characters by count.
+
+#include "files/BmpWriter.h"
+#include "files/FileNames.h"
+#include "files/GIF.h"
+#include "files/JpegWriter.h"
+#include "support/OutsideTools.h"
+#include "support/TestImages.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace velunta;
+using namespace velunta::test;
+
+namespace {
+
+// Smooth colours, the kind of picture JPEG is made for.
+QImage smooth(int w, int h)
+{
+    return MakeImage(w, h, [=](int x, int y) { return RGB(40 + 150 * x / w, 60 + 120 * y / h, 200 - 100 * x / w); });
+}
+
+bool save(const QString& writer, const QImage& image, const QString& path, QString* reason = nullptr,
+          int quality = 90)
+{
+    if (writer == QLatin1String("bmp"))
+        return SaveBMP(image, path, reason);
+    if (writer == QLatin1String("gif"))
+        return GIF().SaveGIF(image, path, false, -1, reason);
+    cDIBSection dib;
+    dib.CreateFromPicture(image);
+    return SaveJPG(dib, path, quality, reason);
+}
+
+} // namespace
+
+class tst_Writers : public QObject {
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    const QImage m_noise = MakeImage(300, 200, [](int x, int y) { return (x * 7919 + y * 104729) % 0xFFFFFF; });
+
+    QByteArray jpeg(const QImage& image, int quality)
+    {
+        const QString path = m_dir.filePath(QStringLiteral("q%1.jpg").arg(quality));
+        save(QStringLiteral("jpeg"), image, path, nullptr, quality);
+        return ReadFile(path);
+    }
+
+private Q_SLOTS:
+    void bmpReadsBackInMagick_data()
+    {
+        QTest::addColumn<QImage>("image");
+        QTest::addColumn<qint64>("fileSize");
+        const auto colours = [](int x, int y) { return RGB(37 * x % 256, 59 * y % 256, (x * y) % 256); };
+        for (int w : {1, 2, 3, 4, 5, 7})
+            QTest::addRow("%d x 3", w) << MakeImage(w, 3, colours) << 54 + 3 * ((3 * w + 3) / 4 * 4ll);
+        // Other formats are written as their colours.
+        QTest::newRow("indexed") << MakeImage(6, 5, colours).convertToFormat(QImage::Format_Indexed8) << 54 + 5 * 20ll;
+    }
+    void bmpReadsBackInMagick()
+    {
+        QFETCH(QImage, image);
+        QFETCH(qint64, fileSize);
+        const QString path = m_dir.filePath(QStringLiteral("t.bmp"));
+        QString reason;
+        QVERIFY2(SaveBMP(image, path, &reason), qPrintable(reason));
+        QCOMPARE(QFileInfo(path).size(), fileSize);
+        if (!HaveTool(QStringLiteral("convert")))
+            QSKIP("ImageMagick is needed");
+        QCOMPARE(DifferingPixels(DecodeWithMagick(path), image), 0);
+    }
+
+    // The section holds the bottom row first, B G R, rows padded to four bytes.
+    void sectionLayout()
+    {
+        const QImage image = MakeImage(3, 2, [](int x, int y) { return RGB(x + 1, 10 * y, 100 + x); });
+        cDIBSection dib;
+        QVERIFY(dib.CreateFromPicture(image));
+        QCOMPARE(dib.BytesPerScanLine(), 12);
+        const QByteArray bits(reinterpret_cast<const char*>(dib.DIBSectionBitsPtr()), 24);
+        QCOMPARE(bits.toHex(' '), QByteArray::fromHex("640A01 650A02 660A03 000000 640001 650002 660003 000000").toHex(' '));
+        // A region copy lands at the top left, that is at the end of the memory.
+        QVERIFY(dib.Create(1, 1));
+        dib.LoadPictureBlt(image, 2, 1);
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(dib.DIBSectionBitsPtr()), 3).toHex(), QByteArray("660a03"));
+    }
+
+    void jpegDecodesWithDjpeg_data()
+    {
+        QTest::addColumn<QImage>("image");
+        // Greys that change from pixel to pixel: colour subsampling can't blur them, while
+        // a row read from the wrong place shows at once. Widths 1..5 need pads of 1, 2, 3, 0, 1.
+        for (int w = 1; w <= 5; ++w)
+            QTest::addRow("width %d", w) << MakeImage(w, 9, [](int x, int y) {
+                return RGB(30 + 20 * x + 15 * y, 30 + 20 * x + 15 * y, 30 + 20 * x + 15 * y);
+            });
+        QTest::newRow("64 x 48") << smooth(64, 48);
+    }
+    void jpegDecodesWithDjpeg()
+    {
+        QFETCH(QImage, image);
+        if (!HaveTool(QStringLiteral("djpeg")))
+            QSKIP("djpeg is needed");
+        jpeg(image, 90);
+        const QImage decoded = QImage::fromData(RunTool(QStringLiteral("djpeg"), {m_dir.filePath("q90.jpg")}), "PPM");
+        QCOMPARE(decoded.size(), image.size());
+        QVERIFY2(Psnr(decoded, image) > 35, qPrintable(QString::number(Psnr(decoded, image))));
+    }
+
+    void jpegQualityZeroMeansNinety()
+    {
+        const QImage image = smooth(40, 30);
+        const QByteArray ninety = jpeg(image, 90);
+        QVERIFY(!ninety.isEmpty());
+        QCOMPARE(jpeg(image, 0), ninety);
+        QCOMPARE(jpeg(image, -5), ninety);
+        QVERIFY(jpeg(image, 50) != ninety);
+        QString reason; // an empty section is refused
+        QVERIFY(!SaveJPG(cDIBSection(), m_dir.filePath("empty.jpg"), 90, &reason) && !reason.isEmpty());
+        QVERIFY(!QFile::exists(m_dir.filePath("empty.jpg")));
+    }
+
+    void oldFileSurvives_data()
+    {
+        QTest::addColumn<QString>("writer");
+        QTest::addColumn<QString>("situation");
+        QTest::addColumn<QString>("reason");
+        for (const char* w : {"bmp", "gif", "jpeg"}) {
+            QTest::addRow("%s, read-only folder", w) << w << "read-only folder" << "Permission denied";
+            QTest::addRow("%s, disk full", w) << w << "disk full" << "File too large";
+            QTest::addRow("%s, parent is a file", w) << w << "parent is a file" << "Not a directory";
+        }
+    }
+    void oldFileSurvives()
+    {
+        QFETCH(QString, writer);
+        QFETCH(QString, situation);
+        QFETCH(QString, reason);
+        const QString folder = m_dir.filePath(writer + situation);
+        QDir().mkpath(folder);
+        QString path = folder + QStringLiteral("/picture");
+        QVERIFY(WriteFile(path, "old picture"));
+        const QFile::Permissions writable = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+        bool saved = false;
+        QString said;
+        if (situation == QLatin1String("read-only folder")) {
+            QFile::setPermissions(folder, writable & ~QFile::WriteOwner);
+            QFile probe(folder + QStringLiteral("/probe"));
+            const bool permissionsHold = !probe.open(QIODevice::WriteOnly);
+            if (permissionsHold)
+                saved = save(writer, m_noise, path, &said);
+            probe.remove();
+            QFile::setPermissions(folder, writable);
+            if (!permissionsHold)
+                QSKIP("permissions don't stop this user (root)");
+        } else if (situation == QLatin1String("disk full")) {
+            // Writes past 4 KB fail, as on a full disk.
+            std::signal(SIGXFSZ, SIG_IGN);
+            rlimit old{};
+            getrlimit(RLIMIT_FSIZE, &old);
+            rlimit limit = old;
+            limit.rlim_cur = 4096;
+            setrlimit(RLIMIT_FSIZE, &limit);
+            saved = save(writer, m_noise, path, &said);
+            setrlimit(RLIMIT_FSIZE, &old);
+        } else {
+            saved = save(writer, m_noise, path + QStringLiteral("/picture"), &said);
+        }
+        QVERIFY(!saved);
+        QCOMPARE(said, reason);
+        QCOMPARE(ReadFile(path), QByteArray("old picture"));
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"picture"}); // no temporary file left
+    }
+
+    void cancelledGifKeepsOldFile()
+    {
+        const QString path = m_dir.filePath(QStringLiteral("old.gif"));
+        QVERIFY(WriteFile(path, "old picture"));
+        QList<double> heard;
+        QString reason;
+        QVERIFY(!GIF().SaveGIF(m_noise, path, false, -1, &reason, [&](double f) {
+            heard << f;
+            return heard.size() == 3;
+        }));
+        QCOMPARE(heard, (QList<double>{0.05, 0.1, 0.15})); // every tenth row of 200
+        QCOMPARE(reason, QStringLiteral("Cancelled"));
+        QCOMPARE(ReadFile(path), QByteArray("old picture"));
+    }
+
+    void saveAsName_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("filter");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("no dot gets the filter's extension") << "picture" << 3 << "picture.jpg";
+        QTest::newRow("Picture Files makes x.jpg a BMP") << "x.jpg" << 1 << "x.bmp";
+        QTest::newRow("case counts: X.JPG") << "X.JPG" << 3 << "X.jpg";
+        QTest::newRow(".jpeg loses four characters") << "a.jpeg" << 3 << "a..jpg";
+        QTest::newRow("report.v2 by count") << "report.v2" << 1 << "repor.bmp";
+        QTest::newRow("the right one stays") << "dog.gif" << 4 << "dog.gif";
+        QTest::newRow("All Files adds nothing") << "notes" << 5 << "notes";
+    }
+    void saveAsName()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, filter);
+        QFETCH(QString, written);
+        QCOMPARE(SaveAsFileName(typed, filter), written);
+    }
+
+    void filterOfName_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("knowsJpeg");
+        QTest::addColumn<int>("filter");
+        QTest::newRow("gif") << "/a/B.GIF" << false << 4;
+        QTest::newRow("jpg") << "b.jpg" << false << 3;
+        QTest::newRow("jpeg unknown to Save") << "photo.jpeg" << false << 9;
+        QTest::newRow("jpeg known to Save As") << "photo.jpeg" << true << 3;
+        QTest::newRow("bmp") << "c.bmp" << false << 1;
+        QTest::newRow("png keeps the last") << "d.png" << true << 9;
+    }
+    void filterOfName()
+    {
+        QFETCH(QString, name);
+        QFETCH(bool, knowsJpeg);
+        QFETCH(int, filter);
+        QCOMPARE(FilterIndexOfName(name, 9, knowsJpeg), filter);
+    }
+
+    void exportNames_data()
+    {
+        QTest::addColumn<QString>("caption");
+        QTest::addColumn<QString>("chosen");
+        QTest::addColumn<QString>("proposal");
+        QTest::addColumn<QString>("written");
+        QTest::newRow("a bmp becomes jpg") << "/p/photo.bmp - 100%" << "/p/out" << "/p/photo.jpg" << "/p/out.jpg";
+        QTest::newRow("new picture: the name is cut") << "Untitled - 100%" << "x.jpeg" << "Unti.jpg" << "x..jpg";
+        QTest::newRow("other zooms cut differently") << "/p/dog.jpg - 25%" << "a.jpg" << "/p/do.jpg" << "a.jpg";
+    }
+    void exportNames()
+    {
+        QFETCH(QString, caption);
+        QFETCH(QString, chosen);
+        QFETCH(QString, proposal);
+        QFETCH(QString, written);
+        QCOMPARE(ExportProposal(caption, QStringLiteral(".jpg")), proposal);
+        QCOMPARE(ExportFileName(chosen, QStringLiteral(".jpg")), written);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Writers)
+#include "tst_writers.moc"
