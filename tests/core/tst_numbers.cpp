@@ -116,11 +116,13 @@ private Q_SLOTS:
 
     void colours()
     {
-        for (const auto& [color, qrgb] : {std::pair{RGB(255, 0, 0), qRgb(255, 0, 0)}, {RGB(1, 2, 3), qRgb(1, 2, 3)}}) {
+        for (const auto& [color, qrgb] :
+             {std::pair{RGB(255, 0, 0), qRgb(255, 0, 0)}, {RGB(1, 2, 3), qRgb(1, 2, 3)}}) {
             QCOMPARE(ToQRgb(color), qrgb);
             QCOMPARE(FromQRgb(qrgb), color);
             QCOMPARE(FromQColor(ToQColor(color)), color);
-            QCOMPARE(QList<int>({ColorRed(color), ColorGreen(color), ColorBlue(color)}), QList<int>({qRed(qrgb), qGreen(qrgb), qBlue(qrgb)}));
+            QCOMPARE(QList<int>({ColorRed(color), ColorGreen(color), ColorBlue(color)}),
+                     QList<int>({qRed(qrgb), qGreen(qrgb), qBlue(qrgb)}));
         }
         QCOMPARE(FromQColor(ToQColor(kNoColor)), kNoColor);
     }

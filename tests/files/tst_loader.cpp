@@ -3,7 +3,6 @@
 #include "support/OutsideTools.h"
 #include "support/TestImages.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
@@ -23,7 +22,8 @@ int maxChannelDifference(const QImage& a, const QImage& b)
     for (int y = 0; y < a.height(); ++y)
         for (int x = 0; x < a.width(); ++x)
             for (int shift : {0, 8, 16})
-                worst = std::max(worst, std::abs(int(a.pixel(x, y) >> shift & 255) - int(b.pixel(x, y) >> shift & 255)));
+                worst = std::max(
+                    worst, std::abs(int(a.pixel(x, y) >> shift & 255) - int(b.pixel(x, y) >> shift & 255)));
     return worst;
 }
 

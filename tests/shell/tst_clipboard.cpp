@@ -64,7 +64,8 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(40, 40, RGB(255, 255, 255));
-        QApplication::clipboard()->setImage(MakeImage(10, 10, [](int x, int) { return x < 5 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
+        QApplication::clipboard()->setImage(
+            MakeImage(10, 10, [](int x, int) { return x < 5 ? RGB(255, 0, 0) : RGB(0, 0, 255); }));
         m.Paste_Click();
         m.Cmd_Click(0);
         auto* transparent = m.controls()->control<QCheckBox>(QStringLiteral("ChkTransparencyColor"));

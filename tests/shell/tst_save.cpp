@@ -87,7 +87,8 @@ private Q_SLOTS:
         QTest::newRow("Yes, new, a name given: saved") << false << QList<int>{vbYes} << "new.bmp" << true << true;
         QTest::newRow("Yes, new, cancelled, close anyway") << false << QList<int>{vbYes, vbYes} << QString() << true
                                                            << false;
-        QTest::newRow("Yes, new, cancelled, keep it") << false << QList<int>{vbYes, vbNo} << QString() << false << false;
+        QTest::newRow("Yes, new, cancelled, keep it")
+            << false << QList<int>{vbYes, vbNo} << QString() << false << false;
     }
     void closeQuestion()
     {
@@ -100,7 +101,8 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmPaint* form = f.newDocument(8, 8);
         form->doc.Dirty = true;
-        const QString target = named ? dir.filePath(QStringLiteral("named.bmp")) : dir.filePath(QStringLiteral("new.bmp"));
+        const QString target =
+            named ? dir.filePath(QStringLiteral("named.bmp")) : dir.filePath(QStringLiteral("new.bmp"));
         if (named)
             form->doc.Buffer.Tag = target;
         if (!dialogPath.isEmpty())
@@ -151,7 +153,8 @@ private Q_SLOTS:
         QCOMPARE(m.recentFile(3), QStringLiteral("/p/fourth.bmp"));
         QVERIFY(m.action(QStringLiteral("mnuMrud(3)"))->isVisible());
         m.mnuMrud_Click(3);
-        QCOMPARE(f.prompt.shown.last().text, QStringLiteral("/p/fourth.bmp- doesn't exist anymore, or has been renamed."));
+        QCOMPARE(f.prompt.shown.last().text,
+                 QStringLiteral("/p/fourth.bmp- doesn't exist anymore, or has been renamed."));
         QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Open file"));
     }
 

@@ -35,14 +35,14 @@ private Q_SLOTS:
         MainWindowFixture f;
         QSettings s = store();
         const QStringList keys = s.allKeys();
-        for (const char* key : {"MainLeft", "MainTop", "MainWidth", "MainHeight", "AutoSizePos", "KidsMode",
-                                "FitBigImage", "MaxOnOpen", "StartBlankPage", "Version", "SelectedColor",
-                                "FrameColorSheme", "FormColorSheme", "CircleThickness", "LineThickness",
-                                "SelectedBackColor", "UseGuideLines", "GuideLinesColor", "GridColor", "GuideLineStyle",
-                                "MRUD0", "MRUD3", "NewImageSize", "LastOptionValue0", "LastOptionValue15", "TextFont",
-                                "TextStyle", "Blend", "SquareCorner", "ArrowSize", "DrawForeColor", "DrawBackColor",
-                                "GridX", "GridY", "SnapToGrid"})
-            QVERIFY2(keys.contains(QString::fromLatin1(key)), key);
+        const QString all = QStringLiteral(
+            "MainLeft MainTop MainWidth MainHeight AutoSizePos KidsMode FitBigImage MaxOnOpen StartBlankPage Version "
+            "SelectedColor FrameColorSheme FormColorSheme CircleThickness LineThickness SelectedBackColor "
+            "UseGuideLines GuideLinesColor GridColor GuideLineStyle MRUD0 MRUD3 NewImageSize LastOptionValue0 "
+            "LastOptionValue15 TextFont TextStyle Blend SquareCorner ArrowSize DrawForeColor DrawBackColor GridX "
+            "GridY SnapToGrid");
+        for (const QString& key : all.split(u' '))
+            QVERIFY2(keys.contains(key), qPrintable(key));
         QCOMPARE(s.value(QStringLiteral("KidsMode")).toString(), QStringLiteral("False"));
         QCOMPARE(s.value(QStringLiteral("AutoSizePos")).toString(), QStringLiteral("0"));
         QCOMPARE(s.value(QStringLiteral("UseGuideLines")).toString(), QStringLiteral("-1"));
@@ -112,7 +112,8 @@ private Q_SLOTS:
         m.action(QStringLiteral("mnuextra3"))->trigger();
         QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Restore Velunta Default Settings"));
         QCOMPARE(m.state().SelectorValues[2].Value, restored ? 6.0 : 40.0);
-        QCOMPARE(store().value(QStringLiteral("ArrowSize")).toString(), restored ? QStringLiteral("6") : QStringLiteral("20"));
+        QCOMPARE(store().value(QStringLiteral("ArrowSize")).toString(),
+                 restored ? QStringLiteral("6") : QStringLiteral("20"));
         QCOMPARE(m.recentFile(0).isEmpty(), restored);
         QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->isVisible(), !restored);
     }

@@ -1,9 +1,14 @@
-// Undo in the running window: the stroke after an undo, the wrap to the saved file,
-// a resize undo file too small to count, and "Undo to last saved image".
+// Undo and the retouch commands in the running window: the stroke after an undo, the
+// wrap to the saved file, a resize undo file too small to count, "Undo to last saved
+// image", a crop undone by Undo Resize, the colour replacer's command and its undo
+// step, and a brush size beyond the ring arithmetic ending the dab while the program
+// runs on.
 
 #include "core/Gdi.h"
+#include "document/PaintArea.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
+#include "support/FakeHost.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
 
@@ -12,6 +17,25 @@
 
 using namespace velunta;
 using namespace velunta::test;
+
+namespace {
+
+// A window with a w x h document whose pixels all differ from their neighbours.
+struct Window : MainWindowFixture {
+    Window(int w, int h, Color fill = kNoColor)
+        : form(*newDocument(w, h, fill == kNoColor ? 0xFFFFFF : fill)), doc(form.doc)
+    {
+        if (fill == kNoColor)
+            doc.Buffer.setImage(original = MakeImage(w, h, [](int x, int y) {
+                                    return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256);
+                                }));
+    }
+    frmPaint& form;
+    Document& doc;
+    QImage original;
+};
+
+} // namespace
 
 class tst_Undo : public QObject {
     Q_OBJECT
@@ -76,6 +100,93 @@ private Q_SLOTS:
         QVERIFY(form->doc.Buffer.Tag.isEmpty());
         QCOMPARE(form->doc.Caption, QStringLiteral("Untitled.bmp - 100%"));
         QCOMPARE(m.undo().UndoWriteSlot, 1); // the button records after reverting
+    }
+
+    void cropThenUndoResizeRestores_data()
+    {
+        QTest::addColumn<double>("zoom");
+        QTest::addColumn<QPointF>("from"); // view positions: at 100 view x + 0.5 reads image x,
+        QTest::addColumn<QPointF>("to");   // at 200 view 2x + 1 does
+        QTest::newRow("zoom 100") << 100.0 << QPointF(10.5, 8.5) << QPointF(40.5, 30.5);
+        QTest::newRow("zoom 100, dragged up") << 100.0 << QPointF(40.5, 30.5) << QPointF(10.5, 8.5);
+        QTest::newRow("zoom 200") << 200.0 << QPointF(21, 17) << QPointF(81, 61);
+    }
+    void cropThenUndoResizeRestores()
+    {
+        QFETCH(double, zoom);
+        QFETCH(QPointF, from);
+        QFETCH(QPointF, to);
+        Window f(60, 40);
+        frmMain& m = f.main();
+        f.form.PreDefZoom(zoom);
+        m.Cmd_Click(7);
+        f.drag(f.form, from, to);
+        QCOMPARE(DifferingPixels(f.doc.Buffer.Image(), f.original.copy(10, 8, 30, 22)), 0);
+        QVERIFY(!f.doc.CropArea.Visible);
+        QCOMPARE(f.form.paintArea()->width(), int(30 * zoom / 100) + 2);
+        QVERIFY(m.action(QStringLiteral("UndoResize"))->isEnabled());
+        m.Undo_Click(); // a pending resize undo goes first
+        QCOMPARE(DifferingPixels(f.doc.Buffer.Image(), f.original), 0);
+        QCOMPARE(f.form.paintArea()->width(), int(60 * zoom / 100) + 2);
+        QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
+    }
+
+    void replaceColorsIsOneUndoStep()
+    {
+        Window f(20, 10, RGB(255, 0, 0));
+        frmMain& m = f.main();
+        Line(f.doc.Buffer, 8, 0, 8, 10, RGB(0, 0, 255));
+        m.state().ReplaceColors = {RGB(255, 0, 0), RGB(0, 255, 0)};
+        const int slot = m.undo().UndoWriteSlot;
+        m.Replacecolors();
+        QCOMPARE(RowsOf(f.doc.Buffer, RGB(0, 255, 0))[0], QStringLiteral("########.###########"));
+        QCOMPARE(m.undo().UndoWriteSlot, slot + 1);
+        QVERIFY(f.doc.Dirty);
+        m.Undo_Click();
+        QCOMPARE(GetPixel(f.doc.Buffer, 3, 3), RGB(255, 0, 0));
+    }
+
+    void replaceWithEqualColoursOrAfterCancelChangesNothing()
+    {
+        Window f(20, 10);
+        frmMain& m = f.main();
+        const int slot = m.undo().UndoWriteSlot;
+        const Color c = GetPixel(f.doc.Buffer, 4, 4);
+        m.state().ReplaceColors = {c, c};
+        m.Replacecolors();
+        m.state().ReplaceColors = {c, RGB(1, 2, 3)};
+        m.CancelReplace();
+        QCOMPARE(m.state().ReplaceColors[0], kNoColor);
+        m.Replacecolors();
+        QCOMPARE(DifferingPixels(f.original, f.doc.Buffer.Image()), 0);
+        QCOMPARE(m.undo().UndoWriteSlot, slot);
+        QVERIFY(!f.doc.Dirty);
+    }
+
+    void replaceInsideTheFloatingSelection()
+    {
+        Window f(20, 10, RGB(255, 0, 0));
+        Surface& sel = ShowFloat(f.doc, {10, 2, 4, 4}, RGB(255, 0, 0));
+        f.main().state().ReplaceColors = {RGB(255, 0, 0), RGB(0, 0, 0)};
+        f.main().Replacecolors();
+        QCOMPARE(GetPixel(sel, 0, 0), Color(0));
+        // The view's refresh stamps the selection; the picture around it keeps its red.
+        QCOMPARE(GetPixel(f.doc.Buffer, 11, 3), Color(0));
+        QCOMPARE(GetPixel(f.doc.Buffer, 3, 3), RGB(255, 0, 0));
+    }
+
+    void sizeAbove181EndsTheDabAndTheProgramRunsOn()
+    {
+        Window f(60, 40);
+        f.main().Cmd_Click(13);
+        f.main().state().SelectorValues[8].Value = 200;
+        f.drag(f.form, {20.5, 20.5}, {30.5, 20.5});
+        QCOMPARE(DifferingPixels(f.original, f.doc.Buffer.Image()), 0);
+        QVERIFY(!f.doc.Drawing);
+        // The next dab of a size the walk can count works as ever.
+        f.main().state().SelectorValues[8].Value = 10;
+        f.drag(f.form, {20.5, 20.5}, {30.5, 20.5});
+        QVERIFY(DifferingPixels(f.original, f.doc.Buffer.Image()) > 0);
     }
 };
 

@@ -18,8 +18,8 @@ class FakeHost : public ToolHost {
 public:
     explicit FakeHost(Document& doc) : doc(doc) {}
     void PrepUndo() override { ++prepUndoCalls; }
-    void StrokeEnded() override { ++strokesEnded; }
-    void ValidateMenus() override { ++validateCalls; }
+    void StrokeEnded() override {}
+    void ValidateMenus() override {}
     void SetUndoEnabled(bool enabled) override { undoEnabled = enabled; }
     bool UndoEnabled() const override { return undoEnabled; }
     void Undo_Click() override { ++undoCalls; }
@@ -30,18 +30,14 @@ public:
         state->CurrentTool = tool;
         selected << tool;
     }
-    void Cmd_Click(int index) override
-    {
-        clicked << index;
-        SelectTool(index);
-    }
+    void Cmd_Click(int index) override { SelectTool(index); }
     void ShowImageContextMenu(Document&) override { ++contextMenus; }
     void SetCoordsText(const QString& text) override { coords = text; }
     void SetAreaText(const QString& text) override { area = text; }
-    void SetZoomText(const QString& text) override { zoomText = text; }
+    void SetZoomText(const QString&) override {}
     void ClearZoomOptions() override { ++zoomOptionsCleared; }
     void ShowCursorPanel(bool visible) override { state->CursorPanelVisible = visible; }
-    void SetBlendText(const QString& text) override { blend = text; }
+    void SetBlendText(const QString&) override {}
     void SetAngleText(const QString& text, int alignment) override
     {
         angle = text;
@@ -55,11 +51,10 @@ public:
 
     Document& doc;
     DrawState* state = nullptr;
-    int prepUndoCalls = 0, undoBitmaps = 0, strokesEnded = 0, validateCalls = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
-        colorChanges = 0;
+    int prepUndoCalls = 0, undoBitmaps = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0, colorChanges = 0;
     bool undoEnabled = false;
-    QList<int> selected, clicked;
-    QString coords, area, zoomText, blend, angle;
+    QList<int> selected;
+    QString coords, area, angle;
     int angleAlignment = 0;
     Color picked = kNoColor;
     Color transparencyShown = kNoColor;
@@ -71,24 +66,31 @@ public:
     explicit FakeView(Document& doc) : doc(doc) { doc.viewWindow = this; }
     ~FakeView() override { doc.viewWindow = nullptr; }
     void invalidateImageRect(const QRect& r) override { invalidated |= r; }
-    void invalidateView() override { ++fullRepaints; }
+    void invalidateView() override {}
     void setPointerShape(int shape) override { pointer = shape; }
     int pointerShape() const override { return pointer; }
-    void PreDefZoom(double zoom) override
-    {
-        doc.ZoomFactor = zoom;
-        zooms << zoom;
-    }
+    void PreDefZoom(double zoom) override { doc.ZoomFactor = zoom; }
     void RealignZoom(double ratioY, double ratioX) override { realigns << qMakePair(ratioY, ratioX); }
     void captionChanged() override {}
 
     Document& doc;
     QRect invalidated;
-    int fullRepaints = 0;
     int pointer = -1;
-    QList<double> zooms;
     QList<QPair<double, double>> realigns;
 };
+
+// A visible floating selection of one colour over `where` of the document's picture.
+inline Surface& ShowFloat(Document& doc, const QRect& where, Color fill)
+{
+    Surface& sel = doc.BufferSelected;
+    sel.BackColor = fill;
+    sel.setScaleSize(where.width(), where.height());
+    sel.Cls();
+    sel.Left = where.x();
+    sel.Top = where.y();
+    doc.SelectArea.Visible = true;
+    return sel;
+}
 
 // A document of w x h white pixels, a draw state, a host and a view, wired together.
 struct ToolBench {

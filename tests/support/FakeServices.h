@@ -33,28 +33,16 @@ public:
 
 class ScriptedDialogs : public FileDialogs {
 public:
-    QString getOpenFileName(const QString& title, const QString& filter, const QString& defaultName) override
+    QString getOpenFileName(const QString&, const QString&, const QString&) override { return next(); }
+    QString getSaveFileName(const QString&, const QString&, const QString&, int& filterIndex) override
     {
-        titles << title;
-        return paths.isEmpty() ? QString() : paths.dequeue();
-    }
-    QString getSaveFileName(const QString& title, const QString& filter, const QString& defaultName,
-                            int& filterIndex) override
-    {
-        titles << title;
-        lastFilter = filter;
-        lastDefaultName = defaultName;
-        lastFilterIndexIn = filterIndex;
         if (!filterIndexes.isEmpty())
             filterIndex = filterIndexes.dequeue();
-        return paths.isEmpty() ? QString() : paths.dequeue();
+        return next();
     }
+    QString next() { return paths.isEmpty() ? QString() : paths.dequeue(); }
     QQueue<QString> paths;
     QQueue<int> filterIndexes;
-    QStringList titles;
-    QString lastFilter;
-    QString lastDefaultName;
-    int lastFilterIndexIn = 0;
 };
 
 } // namespace velunta::test

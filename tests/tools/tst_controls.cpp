@@ -17,7 +17,6 @@
 #include <QAbstractButton>
 #include <QAbstractSlider>
 #include <QApplication>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -253,20 +252,6 @@ private Q_SLOTS:
         QVERIFY(!s.controls->selector()->isVisible());
     }
 
-    void pressOutsideClosesThePopup()
-    {
-        Strip s;
-        QTest::mouseClick(s.slider(4)->imgMinPlus(1), Qt::LeftButton);
-        QVERIFY(s.controls->selector()->isVisible());
-        QTest::mouseClick(&s.host, Qt::LeftButton, {}, QPoint(1200, 400));
-        QVERIFY(!s.controls->selector()->isVisible());
-        QCOMPARE(s.controls->droppedDown(), -1);
-        s.controls->ShowHideFonts();
-        QVERIFY(s.controls->fonts()->isVisible());
-        QTest::keyClick(s.controls->fonts()->list(), Qt::Key_Escape);
-        QVERIFY(!s.controls->fonts()->isVisible());
-    }
-
     void textSizeReachesOnlyADocument()
     {
         MainWindowFixture f;
@@ -349,7 +334,8 @@ private Q_SLOTS:
         QCOMPARE(s.state.SelectorValues[2].Value, 100.0);
         QCOMPARE(s.controls->lblSelector(2)->text(), QStringLiteral("100 pixel "));
         QCOMPARE(s.controls->lblSelector(7)->text(), QStringLiteral("6 pt "));
-        QVERIFY(s.button(QStringLiteral("OptStep(1)"))->isChecked() && !s.button(QStringLiteral("OptStep(0)"))->isChecked());
+        QVERIFY(s.button(QStringLiteral("OptStep(1)"))->isChecked() &&
+                !s.button(QStringLiteral("OptStep(0)"))->isChecked());
         QCOMPARE(s.pressed(QStringLiteral("Cmd2"), 6), QList<int>{2});
         QCOMPARE(s.pressed(QStringLiteral("OptFillStyle"), 8), QList<int>{5});
         QCOMPARE(s.controls->control<QComboBox>(QStringLiteral("cmb3Dsize"))->currentText(), QStringLiteral("7"));

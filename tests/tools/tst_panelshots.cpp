@@ -7,7 +7,6 @@
 #include "tools/frmControls.h"
 
 #include <QDir>
-#include <QScreen>
 #include <QToolButton>
 #include <QtTest>
 

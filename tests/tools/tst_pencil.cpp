@@ -47,8 +47,8 @@ private Q_SLOTS:
                                   << QList<Color>{RGB(27, 0, 0), RGB(29, 0, 0), RGB(31, 0, 0)};
         QTest::newRow("deep green") << 2 << QList<int>{0, 0, 0}
                                     << QList<Color>{RGB(0, 27, 0), RGB(0, 29, 0), RGB(0, 31, 0)};
-        QTest::newRow("deept blue, above 255 counts 255") << 3 << QList<int>{240, 2, 0}
-                                                          << QList<Color>{RGB(0, 0, 255), RGB(0, 0, 255), RGB(0, 0, 255)};
+        QTest::newRow("deept blue, above 255 counts 255")
+            << 3 << QList<int>{240, 2, 0} << QList<Color>{RGB(0, 0, 255), RGB(0, 0, 255), RGB(0, 0, 255)};
         QTest::newRow("gray bounces at the top") << 8 << QList<int>{254, 2, 0}
                                                  << QList<Color>{RGB(255, 255, 255), RGB(254, 254, 254),
                                                                  RGB(252, 252, 252)};
@@ -162,13 +162,7 @@ private Q_SLOTS:
     {
         ToolBench b;
         b.state.ForeColor = RGB(0, 0, 255);
-        Surface& sel = b.doc.BufferSelected;
-        sel.BackColor = 0xFFFFFF;
-        sel.setScaleSize(10, 10);
-        sel.Cls();
-        sel.Left = 20;
-        sel.Top = 10;
-        b.doc.SelectArea.Visible = true;
+        Surface& sel = ShowFloat(b.doc, {20, 10, 10, 10}, 0xFFFFFF);
         Surface& s = b.doc.Buffer;
         s.CurrentX = 22;
         s.CurrentY = 12;
@@ -185,7 +179,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("size");
         QTest::addColumn<int>("rings");
         QTest::addColumn<int>("changed");
-        QTest::newRow("rings 0: nothing") << 1 << 0 << 0;
         QTest::newRow("size 0: the one block") << 0 << 2 << 4;
         QTest::newRow("size 2 rings 1: 13 blocks, 24 pixels") << 2 << 1 << 24;
     }

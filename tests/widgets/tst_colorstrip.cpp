@@ -1,9 +1,12 @@
 // The colour strip in the real main window, offscreen: every way of choosing a
 // colour, the sliders and boxes, the user colours and their file, Easy Mode and the
-// reduction of a picture to the strip's colours; and the True Color Palette: its
-// answer, the fields agreeing with each other, bad HTML text, the old colour, the
-// recent row and the eyedropper.
+// reduction of a picture to the strip's colours; the strip's arithmetic without
+// widgets (slider mapping, box rules, the HTML form, the gradient preview, the user
+// colours file, the swatch layout and the reduction to a palette); and the True Color
+// Palette: its answer, the fields agreeing with each other, bad HTML text, the old
+// colour, the recent row and the eyedropper.
 
+#include "core/Color.h"
 #include "document/frmPaint.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
@@ -20,6 +23,7 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
 #include <QtTest>
@@ -64,7 +68,8 @@ private Q_SLOTS:
         for (int k = 0; k < 3; ++k) {
             QCOMPARE(f.strip.lblcolor(k)->text(), QString::number(values[k]));
             ColorSlider* bar = f.strip.ColorBar(k);
-            QCOMPARE(bar->thumbLeft(), ThumbLeftForValue(values[k], bar->barLeft(), bar->barWidth(), bar->thumbWidth()));
+            QCOMPARE(bar->thumbLeft(),
+                     ThumbLeftForValue(values[k], bar->barLeft(), bar->barWidth(), bar->thumbWidth()));
         }
         QCOMPARE(f.strip.lblcolorvalue()->text(), QString::number(RGB(255, 128, 7)));
         QCOMPARE(f.strip.lblcolorvalue2()->text(), QStringLiteral("#FF8007"));
@@ -367,6 +372,11 @@ private Q_SLOTS:
         QCOMPARE(d.color(), rgb);
         QCOMPARE(RGB(d.spin(0)->value(), d.spin(1)->value(), d.spin(2)->value()), rgb);
         QCOMPARE(d.htmlField()->text(), ColorToHTML(rgb));
+        // The old sample shows the colour the dialog started with and brings it back.
+        auto* old = d.findChildren<ColorSample*>().value(0);
+        QCOMPARE(QList<Color>({d.oldColor(), old->color()}), QList<Color>({RGB(0, 0, 1), RGB(0, 0, 1)}));
+        QTest::mouseClick(old, Qt::LeftButton);
+        QCOMPARE(d.color(), RGB(0, 0, 1));
     }
 
     void greyKeepsTheHue()
@@ -385,46 +395,23 @@ private Q_SLOTS:
         QVERIFY(ColorBlue(d.color()) > ColorRed(d.color()));
     }
 
-    void badHtmlChangesNothing_data()
-    {
-        QTest::addColumn<QString>("text");
-        QTest::newRow("too short") << "#12";
-        QTest::newRow("not hex") << "#GGHHII";
-    }
     void badHtmlChangesNothing()
     {
-        QFETCH(QString, text);
         frmColor d;
         d.setColor(RGB(10, 20, 30));
         d.show();
         d.htmlField()->selectAll();
-        QTest::keyClicks(d.htmlField(), text);
+        QTest::keyClicks(d.htmlField(), QStringLiteral("#GGHHII"));
         QTest::keyClick(d.htmlField(), Qt::Key_Return);
         QVERIFY(d.isVisible()); // Enter on a bad text does not close the dialog
         QCOMPARE(d.result(), 0);
         QCOMPARE(d.color(), RGB(10, 20, 30));
-        QCOMPARE(d.spin(0)->value(), 10);
         QVERIFY(d.messageLabel()->text().contains(QStringLiteral("#FF8000")));
-
         // A good text is taken as it is typed, and the message goes.
         d.htmlField()->selectAll();
         QTest::keyClicks(d.htmlField(), QStringLiteral("#00ff80"));
         QCOMPARE(d.color(), RGB(0, 255, 128));
         QVERIFY(d.messageLabel()->text().isEmpty());
-    }
-
-    void oldSampleBringsTheStartBack()
-    {
-        frmColor d;
-        d.setColor(RGB(5, 6, 7));
-        d.spin(0)->setValue(250);
-        QCOMPARE(d.oldColor(), RGB(5, 6, 7));
-        QCOMPARE(d.color(), RGB(250, 6, 7));
-        auto* old = d.findChildren<ColorSample*>().value(0);
-        QVERIFY(old);
-        QCOMPARE(old->color(), RGB(5, 6, 7));
-        QTest::mouseClick(old, Qt::LeftButton);
-        QCOMPARE(d.color(), RGB(5, 6, 7));
     }
 
     void eyedropperTakesAProgramWindowsColour()
@@ -455,6 +442,191 @@ private Q_SLOTS:
         QVERIFY(!d.picking());
         QVERIFY(d.isVisible());
         QCOMPARE(d.color(), RGB(12, 200, 99));
+    }
+
+    void sliderValue_data()
+    {
+        QTest::addColumn<int>("thumbLeft");
+        QTest::addColumn<int>("expected");
+        // Track from 5 to 5 + 100, thumb 10 wide: the thumb moves between 0 and 100.
+        QTest::newRow("past the left") << -3 << 0;
+        QTest::newRow("middle") << 50 << 128;
+        QTest::newRow("one step in") << 1 << 3; // 2.56 rounds up
+        QTest::newRow("far right gives 256") << 100 << 256;
+    }
+    void sliderValue()
+    {
+        QFETCH(int, thumbLeft);
+        QFETCH(int, expected);
+        QCOMPARE(SliderValue(thumbLeft, 5, 100, 10), expected);
+    }
+
+    void sliderRoundTripStaysWithinOneStep()
+    {
+        // Colour to thumb and back: the two factors differ, yet no value moves by more
+        // than one track pixel's worth.
+        const int barWidth = 105, thumb = 10;
+        for (int v = 0; v <= 255; ++v) {
+            const int back = std::min(255, SliderValue(ThumbLeftForValue(v, 5, barWidth, thumb), 5, barWidth, thumb));
+            QVERIFY2(std::abs(back - v) <= 3, qPrintable(QStringLiteral("%1 came back as %2").arg(v).arg(back)));
+        }
+        QCOMPARE(ThumbLeftForValue(255, 5, barWidth, thumb), barWidth);
+        QCOMPARE(ThumbLeftForValue(0, 5, barWidth, thumb), 0);
+    }
+
+    void boxText_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::addColumn<int>("value");
+        QTest::newRow("256 of the far right") << "256" << "255" << 255;
+        QTest::newRow("negative") << "-4" << "0" << 0;
+        QTest::newRow("empty waits for key up") << "" << "" << 0;
+        QTest::newRow("no number counts as 0") << "x" << "x" << 0;
+    }
+    void boxText()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        QFETCH(int, value);
+        QCOMPARE(ClampedBoxText(typed), shown);
+        QCOMPARE(BoxValue(shown), value);
+    }
+
+    void html_data()
+    {
+        QTest::addColumn<int>("color");
+        QTest::addColumn<QString>("html");
+        QTest::addColumn<QString>("typed"); // read back as `color`, or -1 when refused
+        QTest::newRow("red is the low byte") << RGB(255, 0, 0) << "#FF0000" << "#FF0000";
+        QTest::newRow("blue is the high byte") << RGB(0, 0, 255) << "#0000FF" << "  0000ff ";
+        QTest::newRow("mixed") << RGB(0x12, 0xAB, 0x0C) << "#12AB0C" << "12ab0c";
+        QTest::newRow("no colour reads as its last six digits") << -1 << "#FFFFFF" << "#FF80";
+        QTest::newRow("not hex") << -1 << "#FFFFFF" << "#GG0000";
+        QTest::newRow("too long") << -1 << "#FFFFFF" << "#FF80001";
+    }
+    void html()
+    {
+        QFETCH(int, color);
+        QFETCH(QString, html);
+        QFETCH(QString, typed);
+        QCOMPARE(ColorToHTML(color), html);
+        QCOMPARE(ParseHTMLColor(typed), color);
+    }
+
+    void gradientFirstColumnIsOneStepFromForeground_data()
+    {
+        QTest::addColumn<int>("fore");
+        QTest::addColumn<int>("back");
+        QTest::addColumn<int>("first");
+        QTest::addColumn<int>("last");
+        // Black to white over 100: the step is 2.55, so column 0 is 3 (2.55 rounded).
+        QTest::newRow("black to white") << 0 << 0xFFFFFF << RGB(3, 3, 3) << 0xFFFFFF;
+        QTest::newRow("white to black") << 0xFFFFFF << 0 << RGB(252, 252, 252) << 0;
+        // Only the channels that differ step: red falls 2 a column, green and blue stay.
+        QTest::newRow("one channel") << RGB(200, 40, 90) << RGB(0, 40, 90) << RGB(198, 40, 90) << RGB(0, 40, 90);
+        QTest::newRow("equal colours: one colour") << RGB(10, 200, 30) << RGB(10, 200, 30) << RGB(10, 200, 30)
+                                                   << RGB(10, 200, 30);
+    }
+    void gradientFirstColumnIsOneStepFromForeground()
+    {
+        QFETCH(int, fore);
+        QFETCH(int, back);
+        QFETCH(int, first);
+        QFETCH(int, last);
+        const QVector<Color> columns = SelectedGradient(fore, back, 100);
+        QCOMPARE(columns.size(), 101);
+        QCOMPARE(columns.first(), first);
+        // The column after the last step runs one step past the background and is held at the limit.
+        QCOMPARE(columns.last(), last);
+        if (fore == back)
+            QCOMPARE(columns.count(fore), 101);
+        QVERIFY(SelectedGradient(0, 0xFFFFFF, 0).isEmpty());
+    }
+
+    void userColorsFileIsExact()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("UserColors.ini"));
+        std::array<Color, kUserColorCount> cells{};
+        for (int i = 0; i < kUserColorCount; ++i)
+            cells[i] = i * 1000;
+        cells[11] = 0xFFFFFF;
+        QVERIFY(WriteUserColors(path, cells));
+        const QByteArray text = ReadFile(path);
+        QVERIFY(text.startsWith("[User Defined Colors]\r\n 0 \r\n 1000 \r\n 2000 \r\n"));
+        QVERIFY(text.endsWith(" 10000 \r\n 16777215 \r\n"));
+        QCOMPARE(text.count("\r\n"), 13);
+        std::array<Color, kUserColorCount> back = DefaultUserColors();
+        QCOMPARE(ReadUserColors(path, back), kUserColorCount);
+        QCOMPARE(back, cells);
+    }
+
+    void userColorsShortFileKeepsTheRest_data()
+    {
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<int>("read");
+        QTest::newRow("missing file") << QByteArray() << 0;
+        QTest::newRow("five numbers")
+            << QByteArray("[User Defined Colors]\r\n 1 \r\n 2 \r\n 3 \r\n 4 \r\n 5 \r\n") << 5;
+        QTest::newRow("unix line ends") << QByteArray("[User Defined Colors]\n 1 \n 2 \n") << 2;
+        QTest::newRow("stops at a bad number") << QByteArray("[User Defined Colors]\r\n 1 \r\n red \r\n 3 \r\n") << 1;
+        QTest::newRow("stops at a colour out of range")
+            << QByteArray("[User Defined Colors]\r\n 1 \r\n 16777216 \r\n") << 1;
+    }
+    void userColorsShortFileKeepsTheRest()
+    {
+        QFETCH(QByteArray, content);
+        QFETCH(int, read);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("UserColors.ini"));
+        if (!content.isNull())
+            QVERIFY(WriteFile(path, content));
+        const std::array<Color, kUserColorCount> defaults = DefaultUserColors();
+        std::array<Color, kUserColorCount> cells = defaults;
+        QCOMPARE(ReadUserColors(path, cells), read);
+        for (int i = 0; i < kUserColorCount; ++i)
+            QCOMPARE(cells[i], i < read ? i + 1 : defaults[i]);
+    }
+
+    void swatchPlacesCoverTheGridOnce()
+    {
+        QSet<QPoint> taken;
+        for (int i = 0; i < kMSColorCount; ++i) {
+            const QPoint p = MSColorPlace(i);
+            taken.insert(p);
+            QCOMPARE(MSColorAt(p.y(), p.x()), i);
+            QCOMPARE(MSColorGroup(i).isEmpty(), p.y() == 6);
+        }
+        QCOMPARE(taken.size(), 42);
+        // The seventh row runs right to left.
+        QCOMPARE(MSColorAt(6, 0), 41);
+        QCOMPARE(MSColorAt(6, 5), 6);
+        QCOMPARE(MSColorValue(9), RGB(255, 0, 0));
+    }
+
+    void reduceToPalette_data()
+    {
+        QTest::addColumn<int>("pixel");
+        QTest::addColumn<int>("expected");
+        QTest::newRow("near red") << RGB(240, 20, 10) << RGB(255, 0, 0);
+        QTest::newRow("mid grey goes to grey") << RGB(120, 130, 125) << RGB(128, 128, 128);
+        QTest::newRow("palette colour stays") << RGB(0, 0, 255) << RGB(0, 0, 255);
+    }
+    void reduceToPalette()
+    {
+        QFETCH(int, pixel);
+        QFETCH(int, expected);
+        const QVector<Color> palette = {0, 0xFFFFFF, RGB(255, 0, 0), RGB(0, 0, 255), RGB(128, 128, 128)};
+        QImage img(5, 3, QImage::Format_RGB32);
+        img.fill(ToQRgb(pixel));
+        img.setPixel(4, 2, ToQRgb(0xFFFFFF));
+        ReduceToPalette(img, palette);
+        QCOMPARE(FromQRgb(img.pixel(3, 2)), expected);
+        QCOMPARE(FromQRgb(img.pixel(4, 2)), 0xFFFFFF);
+        const QImage once = img.copy(); // reducing again changes nothing
+        ReduceToPalette(img, palette);
+        QCOMPARE(img, once);
     }
 };
 

@@ -31,7 +31,8 @@ class TstIcons : public QObject {
 private Q_SLOTS:
     void everyIconLoads()
     {
-        QStringList names = u"app logo dropdown font font-style swap-colors restore-colors eyedropper-small"_s.split(u' ');
+        QStringList names =
+            u"app logo dropdown font font-style swap-colors restore-colors eyedropper-small"_s.split(u' ');
         const QList<QPair<QString, int>> groups{
             {u"tool"_s, 20},        {u"cmd"_s, 23},         {u"pencil-style"_s, 11}, {u"rect-style"_s, 6},
             {u"circle-style"_s, 3}, {u"edge3d-style"_s, 4}, {u"bright-style"_s, 4},  {u"dissolve"_s, 4},
@@ -95,10 +96,12 @@ private Q_SLOTS:
                 const int scale = i == 2 || i == 3 ? 2 : 1;
                 const QRect box(cx, y + 14, size.width() * scale + 4, size.height() * scale + 4);
                 p.fillRect(box, backs[i]);
-                p.drawPixmap(box.topLeft() + QPoint(2, 2), i < 4 ? IconPixmap(name, size * scale, 1.0)
-                                                                 : NamedIcon(name).pixmap(size, 1.0, QIcon::Disabled));
+                p.drawPixmap(box.topLeft() + QPoint(2, 2),
+                             i < 4 ? IconPixmap(name, size * scale, 1.0)
+                                   : NamedIcon(name).pixmap(size, 1.0, QIcon::Disabled));
                 if (cursor && scale == 2)
-                    p.fillRect(QRect(box.topLeft() + QPoint(2, 2) + 2 * CursorHotspot(name.right(2).toInt()), QSize(2, 2)),
+                    p.fillRect(QRect(box.topLeft() + QPoint(2, 2) + 2 * CursorHotspot(name.right(2).toInt()),
+                                     QSize(2, 2)),
                                Qt::red);
                 cx += box.width() + 4;
             }
