@@ -145,8 +145,14 @@ void stadiumRows(int x1, int y1, int x2, int y2, int width, int rowFrom, int row
                 continue;
             const T h = isqrtFloor<T>(w2 - vv * vv);
             const T discLo = shiftT - floorDiv<T>(h + e, 2), discHi = shiftT + floorDiv<T>(h - e, 2);
-            lo = lo > hi ? discLo : std::min(lo, discLo);
-            hi = std::max(hi, discHi);
+            // A row the band misses entirely takes the disc's span alone.
+            if (lo > hi) {
+                lo = discLo;
+                hi = discHi;
+            } else {
+                lo = std::min(lo, discLo);
+                hi = std::max(hi, discHi);
+            }
         }
         lo = std::max(lo, tFrom);
         hi = std::min(hi, tTo);

@@ -362,7 +362,10 @@ private Q_SLOTS:
         QTest::addColumn<int>("size"); // of the square picture looked at
         for (int width : {2, 3, 5, 8})
             for (const QLine& line : {QLine(3, 4, 17, 9), QLine(15, 2, 6, 18), QLine(-4, 10, 25, 12)})
-                QTest::addRow("%d, %d,%d to %d,%d", width, line.x1(), line.y1(), line.x2(), line.y2()) << width << line << 20;
+                QTest::addRow("%d, %d,%d to %d,%d", width, line.x1(), line.y1(), line.x2(), line.y2()) << width << line << 30;
+        // A row below the band where only the end disc reaches: its span once took the
+        // band's stale limit and painted past the disc.
+        QTest::newRow("8, the end disc's rows alone") << 8 << QLine(15, 2, 6, 18) << 30;
         QTest::newRow("3, across and far beyond") << 3 << QLine(-3000, -1700, 3100, 1900) << 40;
         QTest::newRow("6, ends beyond 2^24") << 6 << QLine(30, -40000000, 2, 40000000) << 40;
     }
