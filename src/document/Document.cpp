@@ -62,6 +62,12 @@ void Document::invalidateImageRect(const QRect& r)
         viewWindow->invalidateImageRect(r);
 }
 
+void Document::invalidateViewRect(const QRect& r)
+{
+    if (viewWindow && !r.isEmpty())
+        viewWindow->invalidateViewRect(r);
+}
+
 void Document::invalidateView()
 {
     if (viewWindow)

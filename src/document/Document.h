@@ -61,7 +61,6 @@ public:
     // Fields of the window.
     bool Dirty = false;
     bool GridIsShown = false;
-    bool MouseIsDown = false;
     int LastX = 0;
     int LastY = 0;
     double ZoomFactor = 100.0;
@@ -82,10 +81,7 @@ public:
     int StartY = 0;
     float PointerX = 0;
     float PointerY = 0;
-    bool SnapLocal = false;
     bool SnapPressed = false;   // set at a press, cleared at the release: snap only while held
-    bool SelectionMarker = false;
-    bool PendingText = false;
     bool BuffersChanged = false; // a stroke changed the picture: the release records it for undo
     // The selection's pixels float over the picture (SelectedBack holds what lies under them).
     bool SelectionLifted = false;
@@ -142,6 +138,7 @@ public:
     // Requests to the window, dropped without one.
     void invalidateImageRect(const QRect& r);
     void invalidateView();
+    void invalidateViewRect(const QRect& viewRect);
 };
 
 } // namespace velunta

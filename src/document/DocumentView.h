@@ -13,6 +13,8 @@ public:
     virtual void invalidateImageRect(const QRect& imageRect) = 0;
     // Repaint the whole view, overlays included.
     virtual void invalidateView() = 0;
+    // Repaint a rectangle of the view, in view pixels (overlays that moved).
+    virtual void invalidateViewRect(const QRect& viewRect) { invalidateView(); }
     // The pointer picture over the view: -1 the arrow, 0..21 the tools' pointers.
     virtual void setPointerShape(int shape) = 0;
     virtual int pointerShape() const = 0;

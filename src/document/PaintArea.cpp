@@ -8,6 +8,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QRegion>
 
 #include <algorithm>
 #include <cmath>
@@ -100,13 +101,20 @@ void PaintArea::paintEvent(QPaintEvent* event)
     const QRect client(1, 1, width() - 2, height() - 2);
     const QRect exposed = event->rect();
 
-    p.fillRect(exposed, palette().color(QPalette::Dark));
+    // Only what the picture leaves uncovered gets the background: the picture itself is
+    // drawn once, over nothing.
+    const double zf = doc.ZoomFactor / 100.0;
+    const QRect shown = image.isNull() ? QRect()
+                                       : QRect(1, 1, int(std::ceil(image.width() * zf)),
+                                               int(std::ceil(image.height() * zf))) & client;
+    for (const QRect& r : QRegion(exposed).subtracted(QRegion(shown)))
+        p.fillRect(r, palette().color(QPalette::Dark));
     p.setPen(QColor(120, 140, 170));
     p.drawRect(0, 0, width() - 1, height() - 1);
 
     const QRect area = exposed & client;
     if (!area.isEmpty() && !image.isNull()) {
-        const double z = doc.ZoomFactor / 100.0;
+        const double z = zf;
         if (doc.ZoomFactor == 100.0) {
             p.drawImage(area.topLeft(), image, area.translated(-1, -1));
         } else if (doc.ZoomFactor < 100.0) {

@@ -186,6 +186,8 @@ void frmPaint::invalidateImageRect(const QRect& imageRect) { m_paintArea->invali
 
 void frmPaint::invalidateView() { m_paintArea->update(); }
 
+void frmPaint::invalidateViewRect(const QRect& viewRect) { m_paintArea->update(viewRect.translated(1, 1)); }
+
 void frmPaint::setPointerShape(int shape)
 {
     m_pointerShape = shape;

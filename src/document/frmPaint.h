@@ -45,6 +45,7 @@ public:
     // DocumentView
     void invalidateImageRect(const QRect& imageRect) override;
     void invalidateView() override;
+    void invalidateViewRect(const QRect& viewRect) override;
     void setPointerShape(int shape) override;
     int pointerShape() const override { return m_pointerShape; }
     void PreDefZoom(double zoom) override;

@@ -156,7 +156,6 @@ public:
     QString FileToOpen;
     int LastNewWidth = 0;
     int LastNewHeight = 0;
-    bool UseGuideLines = true;
     int GuideLinesColor = 0x808080;
     int GuideLineStyle = 2;
     int GridColor = 0xF0F0F0;
@@ -301,7 +300,6 @@ private:
     QStringList m_contextOnly;
     bool m_undoEnabled = false;
     std::array<QString, 4> m_recent;
-    std::array<bool, 4> m_recentThere{};
     int MRUNext = 0;
     Color m_previewKey = kNoColor;
     QHash<QString, std::function<void()>> m_operations;

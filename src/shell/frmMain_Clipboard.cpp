@@ -168,9 +168,9 @@ void frmMain::wireSelectionOptions()
         CancelSelectionOptions();
         uncheck();
     });
-    // The check boxes themselves run the preview, on and off alike.
-    registerOperation(op::BlendThePic, [] {});
-    registerOperation(op::DoTransparent, [] {});
+    // The check boxes run the preview themselves, on and off alike (below).
+    c.setOperationAvailable(op::BlendThePic, true);
+    c.setOperationAvailable(op::DoTransparent, true);
     for (const char* name : {"chkblendit", "ChkTransparencyColor"})
         if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name)))
             connect(box, &QCheckBox::toggled, this,

@@ -35,10 +35,8 @@ void frmMain::MRUDlist(int mode, const QString& path)
     } else if (mode == 2) {
         bool found = false;
         for (int i = 0; i < 4; ++i) {
-            if (!m_recent[i].isEmpty() && m_recent[i].toLower() == path.toLower()) {
-                m_recentThere[i] = true;
+            if (!m_recent[i].isEmpty() && m_recent[i].toLower() == path.toLower())
                 found = true;
-            }
         }
         if (!found) {
             int slot = -1;

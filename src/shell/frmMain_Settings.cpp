@@ -106,9 +106,8 @@ void frmMain::GetSettings(bool drawPart)
         action(QStringLiteral("mnumaximizeonopen"))->setChecked(MaximizeOnOpen);
         assign(StartBlankPage, flagOf(get("StartBlankPage", QStringLiteral("0"))));
         action(QStringLiteral("mnustartblankpage"))->setChecked(StartBlankPage);
-        assign(UseGuideLines, flagOf(get("UseGuideLines", QStringLiteral("1"))));
-        m_state.ShowCrossLines = UseGuideLines;
-        action(QStringLiteral("mnuGuideLines"))->setChecked(UseGuideLines);
+        assign(m_state.ShowCrossLines, flagOf(get("UseGuideLines", QStringLiteral("1"))));
+        action(QStringLiteral("mnuGuideLines"))->setChecked(m_state.ShowCrossLines);
         assign(GuideLinesColor, colourOf(get("GuideLinesColor", QString::number(RGB(128, 128, 128)))));
         assign(GridColor, colourOf(get("GridColor", QString::number(RGB(240, 240, 240)))));
         if (const auto v = numberOf(get("GuideLineStyle", QStringLiteral("2"))); v && *v >= 1 && *v <= 4)
@@ -180,7 +179,7 @@ void frmMain::SaveSettings(bool drawPart)
     put("CircleThickness", QString::number(I2(m_state.SelectorValues[6].Value)));
     put("LineThickness", QString::number(I2(m_state.SelectorValues[9].Value)));
     put("SelectedBackColor", QString::number(m_state.BackColor));
-    put("UseGuideLines", minusOne(UseGuideLines));
+    put("UseGuideLines", minusOne(m_state.ShowCrossLines));
     put("GuideLinesColor", QString::number(GuideLinesColor));
     put("GridColor", QString::number(GridColor));
     put("GuideLineStyle", QString::number(GuideLineStyle));

@@ -31,20 +31,14 @@ void frmMain::SelectTool(int tool)
     m_tools[tool]->setChecked(true);
     if (frmPaint* form = activeDocument()) {
         form->setPointerShape(tool == 0 ? -1 : tool);
-        if (tool != 12) {
-            form->doc.PendingText = false;
+        if (tool != 12)
             ClearTextState(form->doc); // text not applied is dropped with the tool
-        }
     }
 }
 
 void frmMain::Cmd_Click(int index)
 {
     frmPaint* form = activeDocument();
-    if (form)
-        form->doc.PendingText = false;
-    if (index == 5 && form && form->doc.SelectArea.Visible)
-        form->doc.SelectionMarker = false;
     // Leaving the text tool with the pointer button applies the text.
     if (index == 0 && m_state.CurrentTool == 12 && form)
         ApplyText();
@@ -112,7 +106,6 @@ bool frmMain::ToggleSnapGrid()
 void frmMain::ShowPickedColor(Color c)
 {
     m_controls->ShowPickedColor(c);
-    m_controls->SetPickReadouts(c);
 }
 
 void frmMain::ShowTransparencyColor(Color c) { m_controls->SetTransparencySwatch(c); }
@@ -169,7 +162,7 @@ void frmMain::documentActivated(QMdiSubWindow*)
     if (!form)
         return;
     m_controls->SetZoomOption(-1);
-    form->Form_Activate(UseGuideLines, GuideLinesColor, GuideLineStyle);
+    form->Form_Activate(m_state.ShowCrossLines, GuideLinesColor, GuideLineStyle);
     form->setPointerShape(m_state.CurrentTool == 0 ? -1 : m_state.CurrentTool);
     SetImageSizeText(QString::number(form->doc.Buffer.ScaleWidth()) + QStringLiteral(" x ")
                      + QString::number(form->doc.Buffer.ScaleHeight()));

@@ -50,8 +50,7 @@ void frmMain::wireViewMenu()
     });
     wire(QStringLiteral("menuExGridSetup"), [this] { menuExGridSetup_Click(); });
     wire(QStringLiteral("mnuGuideLines"), [this] {
-        UseGuideLines = action(QStringLiteral("mnuGuideLines"))->isChecked();
-        m_state.ShowCrossLines = UseGuideLines;
+        m_state.ShowCrossLines = action(QStringLiteral("mnuGuideLines"))->isChecked();
         applyGuideLines();
     });
     wire(QStringLiteral("mnuGuideLinecolor"), [this] {
@@ -91,7 +90,7 @@ void frmMain::mnuView_Click()
         action(QStringLiteral("mnuZooms(%1)").arg(z))->setChecked(z == whole);
     for (int i = 1; i <= 4; ++i)
         action(QStringLiteral("mnuGuideLineStyles(%1)").arg(i))->setChecked(i == GuideLineStyle);
-    action(QStringLiteral("mnuGuideLines"))->setChecked(UseGuideLines);
+    action(QStringLiteral("mnuGuideLines"))->setChecked(m_state.ShowCrossLines);
     action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
 }
 
@@ -109,7 +108,7 @@ void frmMain::mnuGuideLineStyles_Click(int index)
 void frmMain::applyGuideLines()
 {
     if (frmPaint* form = activeDocument())
-        form->Form_Activate(UseGuideLines, GuideLinesColor, GuideLineStyle);
+        form->Form_Activate(m_state.ShowCrossLines, GuideLinesColor, GuideLineStyle);
 }
 
 void frmMain::menuExGridSetup_Click()

@@ -15,7 +15,7 @@ namespace velunta {
 
 namespace {
 
-bool snapWanted(const DrawState& st, const Document& doc) { return st.SnapToGrid || doc.SnapByKey || doc.SnapLocal; }
+bool snapWanted(const DrawState& st, const Document& doc) { return st.SnapToGrid || doc.SnapByKey; }
 
 QString joined(int a, int b, const char* sep) { return QString::number(a) + QLatin1String(sep) + QString::number(b); }
 
@@ -102,7 +102,6 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
             const Surface& sel = doc.BufferSelected;
             if (sel.CurrentX < 0 || sel.CurrentY < 0 || sel.CurrentX > sel.Width() || sel.CurrentY > sel.Height()) {
                 DropSelection(doc);
-                doc.SelectionMarker = false;
                 ctx.host.SetAreaText(QStringLiteral("0 x 0"));
                 ctx.host.ShowCursorPanel(false);
                 ctx.host.ValidateMenus();
@@ -126,10 +125,19 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
     doc.LastX = int(x);
     doc.LastY = int(y);
     if (st.ShowCrossLines) {
+        // Only the strips the guidelines leave and enter are painted again.
+        const int oldX = int(doc.Line1.X1), oldY = int(doc.Line2.Y1);
         doc.Line1.X1 = doc.Line1.X2 = x;
         doc.Line2.Y1 = doc.Line2.Y2 = y;
-        if (doc.Line1.Visible || doc.Line2.Visible)
-            doc.invalidateView();
+        const int w = doc.view.paintWidth, h = doc.view.paintHeight;
+        if (doc.Line1.Visible) {
+            doc.invalidateViewRect(QRect(oldX - 1, -1, 3, h));
+            doc.invalidateViewRect(QRect(int(x) - 1, -1, 3, h));
+        }
+        if (doc.Line2.Visible) {
+            doc.invalidateViewRect(QRect(-1, oldY - 1, w, 3));
+            doc.invalidateViewRect(QRect(-1, int(y) - 1, w, 3));
+        }
     }
     const double z = doc.ZoomFactor;
     doc.PointerImageA = float(ViewToImage(x, z));
@@ -212,7 +220,6 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
     }
     const int tool = st.CurrentTool;
     if (button == kLeftButton) {
-        doc.SelectionMarker = false;
         double zoom = doc.ZoomFactor;
         ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom, doc.Drawing, 0,
                      doc.ShiftDown);

@@ -323,6 +323,14 @@ void frmControls::ShowPickedColor(Color c)
     m_rgb[2]->setText(none ? QString() : QString::number(ColorBlue(c)));
 }
 
+void frmControls::SetTransparencySwatch(Color c) { m_transparencyColor->setColor(c); }
+
+void frmControls::SetReplaceSwatch(int index, Color c)
+{
+    if (index >= 0 && index < 2)
+        m_replaceCol[index]->setColor(c);
+}
+
 void frmControls::SetAngleText(const QString& text, int alignment)
 {
     const Qt::Alignment horizontal = alignment == 1   ? Qt::AlignRight

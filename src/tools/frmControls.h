@@ -99,7 +99,6 @@ public:
     // The picker's read-outs (ColorPick and lblRed, lblGreen, lblBlue), the transparency
     // swatch (LblTransparencyColor) and the replacer's swatches (LblReplaceCol(0), (1)).
     // Each finds its control by name and does nothing while the panel has none.
-    void SetPickReadouts(Color c);
     void SetTransparencySwatch(Color c);
     void SetReplaceSwatch(int index, Color c);
 
