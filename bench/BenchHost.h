@@ -95,13 +95,13 @@ struct WindowBench {
 } // namespace velunta::bench
 
 // The benchmarks' main: an offscreen application around Google Benchmark's run.
-#define VELUNTA_BENCHMARK_MAIN()                                                                                   \
-    int main(int argc, char** argv)                                                                                \
-    {                                                                                                              \
-        qputenv("QT_QPA_PLATFORM", "offscreen");                                                                   \
-        QApplication app(argc, argv);                                                                              \
-        benchmark::Initialize(&argc, argv);                                                                        \
-        benchmark::RunSpecifiedBenchmarks();                                                                       \
-        benchmark::Shutdown();                                                                                     \
-        return 0;                                                                                                  \
+#define VELUNTA_BENCHMARK_MAIN()                                                                             \
+    int main(int argc, char** argv)                                                                          \
+    {                                                                                                        \
+        qputenv("QT_QPA_PLATFORM", "offscreen");                                                             \
+        QApplication app(argc, argv);                                                                        \
+        benchmark::Initialize(&argc, argv);                                                                  \
+        benchmark::RunSpecifiedBenchmarks();                                                                 \
+        benchmark::Shutdown();                                                                               \
+        return 0;                                                                                            \
     }

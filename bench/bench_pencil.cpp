@@ -50,7 +50,11 @@ void BM_PrepUndo(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(BM_PencilStroke200)->Args({600, 400, 0})->Args({6000, 4000, 0})->Args({600, 400, 1})->Args({6000, 4000, 1})
+BENCHMARK(BM_PencilStroke200)
+    ->Args({600, 400, 0})
+    ->Args({6000, 4000, 0})
+    ->Args({600, 400, 1})
+    ->Args({6000, 4000, 1})
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_PrepUndo)->Args({6000, 4000})->Unit(benchmark::kMillisecond);
 

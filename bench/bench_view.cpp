@@ -48,7 +48,8 @@ void BM_ScrollStep(benchmark::State& state)
     QScrollBar* bar = b.form.VScroll1();
     int direction = 1;
     for (auto _ : state) {
-        if (bar->value() + bar->singleStep() > bar->maximum() || bar->value() - bar->singleStep() < bar->minimum())
+        if (bar->value() + bar->singleStep() > bar->maximum() ||
+            bar->value() - bar->singleStep() < bar->minimum())
             direction = -direction;
         bar->setValue(bar->value() + direction * bar->singleStep());
         b.paintView();
@@ -58,7 +59,10 @@ void BM_ScrollStep(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(BM_FullRepaint)->Args({600, 400, 500})->Args({6000, 4000, 500})->Args({6000, 4000, 25})
+BENCHMARK(BM_FullRepaint)
+    ->Args({600, 400, 500})
+    ->Args({6000, 4000, 500})
+    ->Args({6000, 4000, 25})
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_ScrollStep)->Args({600, 400, 500})->Args({6000, 4000, 500})->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_RefreshAndPaint)

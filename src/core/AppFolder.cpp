@@ -81,9 +81,9 @@ QString ResolveAppFolder(const QString& programFolder)
     QString shipped = qEnvironmentVariable("VELUNTA_DATA");
     if (shipped.isEmpty())
         shipped = programFolder;
-    if (QDir(shipped).exists() && QDir(shipped) != QDir(folder)
-        && (!qEnvironmentVariable("VELUNTA_DATA").isEmpty()
-            || QFileInfo::exists(QDir(shipped).filePath(QStringLiteral("velunta-data.txt")))))
+    if (QDir(shipped).exists() && QDir(shipped) != QDir(folder) &&
+        (!qEnvironmentVariable("VELUNTA_DATA").isEmpty() ||
+         QFileInfo::exists(QDir(shipped).filePath(QStringLiteral("velunta-data.txt")))))
         CopyMissingDataFiles(shipped, folder);
     QDir().mkpath(folder + QStringLiteral("temp"));
     return folder;

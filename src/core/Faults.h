@@ -18,8 +18,7 @@ Q_DECLARE_LOGGING_CATEGORY(lcFaults)
 void ReportFault(const char* step, const std::exception& e);
 
 // Runs fn; a thrown fault is reported and swallowed. Returns false when a fault ended it.
-template <class Fn>
-bool Guarded(const char* step, Fn&& fn)
+template <class Fn> bool Guarded(const char* step, Fn&& fn)
 {
     try {
         std::forward<Fn>(fn)();

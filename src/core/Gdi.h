@@ -26,8 +26,8 @@
 
 #include "core/Color.h"
 
-#include <QString>
 #include <QSize>
+#include <QString>
 #include <QStringList>
 
 #include <cstdint>
@@ -67,8 +67,8 @@ bool BitBlt(Surface& dst, int x, int y, int w, int h, const Surface& src, int sx
 // source sample, no blending. A negative w or sw mirrors that axis (a negative
 // width counts from x leftwards, as the platform does). Destination pixel i of the
 // row takes source column sx + floor((i + 0.5) * sw / w) for positive extents.
-bool StretchBlt(Surface& dst, int x, int y, int w, int h, const Surface& src, int sx, int sy, int sw,
-                int sh, std::uint32_t rop = SRCCOPY);
+bool StretchBlt(Surface& dst, int x, int y, int w, int h, const Surface& src, int sx, int sy, int sw, int sh,
+                std::uint32_t rop = SRCCOPY);
 
 // The packed colour at x, y, or -1 when the point lies outside the surface.
 Color GetPixel(const Surface& s, int x, int y);

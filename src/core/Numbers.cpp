@@ -46,7 +46,10 @@ std::int32_t IntDiv(double a, double b)
     return ia / ib;
 }
 
-double Int(double v) { return std::floor(v); }
+double Int(double v)
+{
+    return std::floor(v);
+}
 
 double Val(QStringView t)
 {
@@ -163,7 +166,13 @@ QString NumberText(double v)
 
 Random::Random() : m_engine(std::random_device{}()) {}
 Random::Random(std::uint32_t s) : m_engine(s) {}
-void Random::seed(std::uint32_t s) { m_engine.seed(s); }
-double Random::Rnd() { return std::uniform_real_distribution<double>(0.0, 1.0)(m_engine); }
+void Random::seed(std::uint32_t s)
+{
+    m_engine.seed(s);
+}
+double Random::Rnd()
+{
+    return std::uniform_real_distribution<double>(0.0, 1.0)(m_engine);
+}
 
 } // namespace velunta

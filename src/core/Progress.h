@@ -9,6 +9,9 @@ namespace velunta {
 // fraction in 0..1; returns true when the user asked to cancel.
 using ProgressFn = std::function<bool(double fraction)>;
 
-inline bool NoProgress(double) { return false; }
+inline bool NoProgress(double)
+{
+    return false;
+}
 
 } // namespace velunta

@@ -33,7 +33,8 @@ public:
     virtual ~FileDialogs() = default;
     // A ready filter in Qt's form ("Picture Files (*.bmp *.jpg);;All Files (*)").
     // Returns the chosen path, or an empty string on cancel.
-    virtual QString getOpenFileName(const QString& title, const QString& filter, const QString& defaultName) = 0;
+    virtual QString getOpenFileName(const QString& title, const QString& filter,
+                                    const QString& defaultName) = 0;
     // filterIndex is 1-based in and out; it changes only when the user confirms.
     virtual QString getSaveFileName(const QString& title, const QString& filter, const QString& defaultName,
                                     int& filterIndex) = 0;

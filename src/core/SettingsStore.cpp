@@ -12,7 +12,10 @@ SettingsStore::SettingsStore()
 {
 }
 
-SettingsStore::~SettingsStore() { sync(); }
+SettingsStore::~SettingsStore()
+{
+    sync();
+}
 
 QString SettingsStore::GetSetting(const QString& key, const QString& defaultValue) const
 {
@@ -22,14 +25,18 @@ QString SettingsStore::GetSetting(const QString& key, const QString& defaultValu
     return v.toString();
 }
 
-void SettingsStore::SaveSetting(const QString& key, const QString& value) { m_settings->setValue(key, value); }
+void SettingsStore::SaveSetting(const QString& key, const QString& value)
+{
+    m_settings->setValue(key, value);
+}
 
 bool SettingsStore::sync()
 {
     m_settings->sync();
     if (m_settings->status() != QSettings::NoError) {
         if (!m_reportedFailure)
-            qCWarning(lcSettings, "the settings file %s can't be written; settings are kept for this run only",
+            qCWarning(lcSettings,
+                      "the settings file %s can't be written; settings are kept for this run only",
                       qPrintable(m_settings->fileName()));
         m_reportedFailure = true;
         return false;
@@ -37,6 +44,9 @@ bool SettingsStore::sync()
     return true;
 }
 
-QString SettingsStore::fileName() const { return m_settings->fileName(); }
+QString SettingsStore::fileName() const
+{
+    return m_settings->fileName();
+}
 
 } // namespace velunta

@@ -38,7 +38,10 @@ void Surface::setScaleSize(int width, int height)
     m_touched = m_image.rect();
 }
 
-void Surface::setSize(int width, int height) { setScaleSize(width - 2 * m_border, height - 2 * m_border); }
+void Surface::setSize(int width, int height)
+{
+    setScaleSize(width - 2 * m_border, height - 2 * m_border);
+}
 
 void Surface::Move(double left, double top)
 {

@@ -20,13 +20,13 @@ class DocumentView;
 
 // The view's geometry, kept by the window so the model can map between view and picture.
 struct ViewGeometry {
-    int paintLeft = 0;   // PaintArea.Left inside Back (0 or negative when scrolled)
+    int paintLeft = 0; // PaintArea.Left inside Back (0 or negative when scrolled)
     int paintTop = 0;
-    int paintWidth = 0;  // PaintArea's outer size: picture x zoom / 100 + 2
+    int paintWidth = 0; // PaintArea's outer size: picture x zoom / 100 + 2
     int paintHeight = 0;
-    int backWidth = 0;   // Back's scale size: the visible part
+    int backWidth = 0; // Back's scale size: the visible part
     int backHeight = 0;
-    int hValue = 0;      // the scroll bars' values and maxima
+    int hValue = 0; // the scroll bars' values and maxima
     int vValue = 0;
     int hMax = 0;
     int vMax = 0;
@@ -81,7 +81,7 @@ public:
     int StartY = 0;
     float PointerX = 0;
     float PointerY = 0;
-    bool SnapPressed = false;   // set at a press, cleared at the release: snap only while held
+    bool SnapPressed = false;    // set at a press, cleared at the release: snap only while held
     bool BuffersChanged = false; // a stroke changed the picture: the release records it for undo
     // The selection's pixels float over the picture (SelectedBack holds what lies under them).
     bool SelectionLifted = false;

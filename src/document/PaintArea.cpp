@@ -6,8 +6,8 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QPainter>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QRegion>
 
 #include <algorithm>
@@ -37,7 +37,8 @@ int ButtonsCode(Qt::MouseButtons b)
 
 int ShiftCode(Qt::KeyboardModifiers m)
 {
-    return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) | (m & Qt::AltModifier ? 4 : 0);
+    return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
+           (m & Qt::AltModifier ? 4 : 0);
 }
 
 int KeyCodeOf(const QKeyEvent& e)
@@ -104,9 +105,10 @@ void PaintArea::paintEvent(QPaintEvent* event)
     // Only what the picture leaves uncovered gets the background: the picture itself is
     // drawn once, over nothing.
     const double zf = doc.ZoomFactor / 100.0;
-    const QRect shown = image.isNull() ? QRect()
-                                       : QRect(1, 1, int(std::ceil(image.width() * zf)),
-                                               int(std::ceil(image.height() * zf))) & client;
+    const QRect shown =
+        image.isNull()
+            ? QRect()
+            : QRect(1, 1, int(std::ceil(image.width() * zf)), int(std::ceil(image.height() * zf))) & client;
     for (const QRect& r : QRegion(exposed).subtracted(QRegion(shown)))
         p.fillRect(r, palette().color(QPalette::Dark));
     p.setPen(QColor(120, 140, 170));
@@ -167,7 +169,8 @@ void PaintArea::rescale(const QRect& viewRect)
     for (int i = 0; i < r.width(); ++i)
         columns[size_t(i)] = std::min(image.width() - 1, int((r.left() + i) * k));
     for (int vy = r.top(); vy <= r.bottom(); ++vy) {
-        const auto* src = reinterpret_cast<const QRgb*>(image.constScanLine(std::min(image.height() - 1, int(vy * k))));
+        const auto* src =
+            reinterpret_cast<const QRgb*>(image.constScanLine(std::min(image.height() - 1, int(vy * k))));
         auto* dst = reinterpret_cast<QRgb*>(m_scaled.scanLine(vy)) + r.left();
         for (int i = 0; i < r.width(); ++i)
             dst[i] = src[columns[size_t(i)]];
@@ -230,7 +233,8 @@ void PaintArea::paintOverlays(QPainter& p)
     p.setPen(band);
     p.setBrush(Qt::NoBrush);
     if (doc.DrawBox.Visible)
-        p.drawRect(QRectF(doc.DrawBox.Left + 0.5, doc.DrawBox.Top + 0.5, doc.DrawBox.Width, doc.DrawBox.Height));
+        p.drawRect(
+            QRectF(doc.DrawBox.Left + 0.5, doc.DrawBox.Top + 0.5, doc.DrawBox.Width, doc.DrawBox.Height));
     if (doc.DrawCircle.Visible)
         p.drawEllipse(QRectF(doc.DrawCircle.Left + 0.5, doc.DrawCircle.Top + 0.5, doc.DrawCircle.Width,
                              doc.DrawCircle.Height));
@@ -249,8 +253,14 @@ void PaintArea::timerEvent(QTimerEvent* event)
 }
 
 namespace {
-float viewX(const QMouseEvent* e) { return float(std::floor(e->position().x()) - 1); }
-float viewY(const QMouseEvent* e) { return float(std::floor(e->position().y()) - 1); }
+float viewX(const QMouseEvent* e)
+{
+    return float(std::floor(e->position().x()) - 1);
+}
+float viewY(const QMouseEvent* e)
+{
+    return float(std::floor(e->position().y()) - 1);
+}
 } // namespace
 
 void PaintArea::mousePressEvent(QMouseEvent* event)
@@ -260,7 +270,10 @@ void PaintArea::mousePressEvent(QMouseEvent* event)
                                      viewX(event), viewY(event));
 }
 
-void PaintArea::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }
+void PaintArea::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    mousePressEvent(event);
+}
 
 void PaintArea::mouseMoveEvent(QMouseEvent* event)
 {

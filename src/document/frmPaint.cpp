@@ -56,7 +56,10 @@ frmPaint::frmPaint(DocumentHost& host, QWidget* parent) : QWidget(parent), m_hos
     setFocusProxy(m_paintArea);
 }
 
-frmPaint::~frmPaint() { doc.viewWindow = nullptr; }
+frmPaint::~frmPaint()
+{
+    doc.viewWindow = nullptr;
+}
 
 void frmPaint::SizePaintArea()
 {
@@ -87,8 +90,8 @@ void frmPaint::Form_Resize()
     if (m_inResize)
         return;
     m_inResize = true;
-    m_host.SetImageSizeText(QString::number(doc.Buffer.ScaleWidth()) + QStringLiteral(" x ")
-                            + QString::number(doc.Buffer.ScaleHeight()));
+    m_host.SetImageSizeText(QString::number(doc.Buffer.ScaleWidth()) + QStringLiteral(" x ") +
+                            QString::number(doc.Buffer.ScaleHeight()));
     const QSignalBlocker blockH(m_hScroll);
     const QSignalBlocker blockV(m_vScroll);
     const int bw = m_vScroll->sizeHint().width();
@@ -182,11 +185,20 @@ void frmPaint::RealignZoom(double ratioY, double ratioX)
     m_paintArea->update();
 }
 
-void frmPaint::invalidateImageRect(const QRect& imageRect) { m_paintArea->invalidateImage(imageRect); }
+void frmPaint::invalidateImageRect(const QRect& imageRect)
+{
+    m_paintArea->invalidateImage(imageRect);
+}
 
-void frmPaint::invalidateView() { m_paintArea->update(); }
+void frmPaint::invalidateView()
+{
+    m_paintArea->update();
+}
 
-void frmPaint::invalidateViewRect(const QRect& viewRect) { m_paintArea->update(viewRect.translated(1, 1)); }
+void frmPaint::invalidateViewRect(const QRect& viewRect)
+{
+    m_paintArea->update(viewRect.translated(1, 1));
+}
 
 void frmPaint::setPointerShape(int shape)
 {
@@ -194,7 +206,10 @@ void frmPaint::setPointerShape(int shape)
     m_paintArea->setCursor(m_host.PointerCursor(shape));
 }
 
-void frmPaint::captionChanged() { setWindowTitle(doc.Caption); }
+void frmPaint::captionChanged()
+{
+    setWindowTitle(doc.Caption);
+}
 
 void frmPaint::textBoxChanged()
 {

@@ -30,7 +30,10 @@ QString SaveFilter(const QString& selector)
     return selector;
 }
 
-QString OpenFilter(const QString& filter) { return filter.isEmpty() ? QString::fromLatin1(kStandardFilter) : filter; }
+QString OpenFilter(const QString& filter)
+{
+    return filter.isEmpty() ? QString::fromLatin1(kStandardFilter) : filter;
+}
 
 QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString& selector,
                        const QString& defaultName, int& filterIndex)
@@ -38,19 +41,23 @@ QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString
     if (filterIndex < 1)
         filterIndex = 1;
     int chosen = filterIndex;
-    const QString path = dialogs.getSaveFileName(title, SaveFilter(selector),
-                                                 defaultName.isEmpty() ? QStringLiteral("Untitled") : defaultName,
-                                                 chosen);
+    const QString path =
+        dialogs.getSaveFileName(title, SaveFilter(selector),
+                                defaultName.isEmpty() ? QStringLiteral("Untitled") : defaultName, chosen);
     if (!path.isEmpty())
         filterIndex = chosen;
     return path;
 }
 
-QString ShowOpenDialog(FileDialogs& dialogs, const QString& title, const QString& filter, const QString& defaultName)
+QString ShowOpenDialog(FileDialogs& dialogs, const QString& title, const QString& filter,
+                       const QString& defaultName)
 {
     return dialogs.getOpenFileName(title, OpenFilter(filter), defaultName);
 }
 
-bool FileExists(const QString& path) { return !path.isEmpty() && QFileInfo::exists(path); }
+bool FileExists(const QString& path)
+{
+    return !path.isEmpty() && QFileInfo::exists(path);
+}
 
 } // namespace velunta

@@ -40,7 +40,8 @@ void FrmSaveJPGs::CmdOK_Click()
     const double value = Val(m_text->text());
     // 0 passes on purpose, in spite of the message's words: the writer takes it as 90.
     if (value < 0 || value > 100) {
-        m_prompt.MsgBox(tr("Invalid JPG Quality factor (valid are 1...100)."), vbExclamation, tr("JPG Quality"));
+        m_prompt.MsgBox(tr("Invalid JPG Quality factor (valid are 1...100)."), vbExclamation,
+                        tr("JPG Quality"));
         m_text->setFocus();
         return;
     }

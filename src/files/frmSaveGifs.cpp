@@ -41,7 +41,8 @@ frmSaveGifs::frmSaveGifs(std::function<Color()> currentColour, QWidget* parent)
     m_sample = new QLabel(this);
     m_sample->setObjectName(QStringLiteral("Label1"));
     m_sample->setFixedSize(36, 22);
-    m_sample->setToolTip(tr("Transparency color (double click to use Eyedropper tool to select transparent color)"));
+    m_sample->setToolTip(
+        tr("Transparency color (double click to use Eyedropper tool to select transparent color)"));
     m_sample->installEventFilter(this);
     row->addWidget(m_sample);
     m_eyedropper = new QToolButton(this);

@@ -22,7 +22,8 @@ namespace velunta {
 
 namespace {
 
-const int kSizes[7][2] = {{320, 240}, {640, 480}, {800, 600}, {1024, 768}, {1280, 960}, {1600, 1200}, {512, 384}};
+const int kSizes[7][2] = {{320, 240},  {640, 480},   {800, 600}, {1024, 768},
+                          {1280, 960}, {1600, 1200}, {512, 384}};
 
 // The colour strip to choose a background from: hues across, from white at the top
 // through the pure hue to black at the bottom.
@@ -33,7 +34,8 @@ QImage makeColorStrip(int w, int h)
         auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         const double t = double(y) / (h - 1);
         for (int x = 0; x < w; ++x) {
-            QColor hue = x < w - 12 ? QColor::fromHsvF(double(x) / (w - 12), 1.0, 1.0) : QColor(128, 128, 128);
+            QColor hue =
+                x < w - 12 ? QColor::fromHsvF(double(x) / (w - 12), 1.0, 1.0) : QColor(128, 128, 128);
             double r = hue.redF(), g = hue.greenF(), b = hue.blueF();
             if (x >= w - 12) {
                 r = g = b = 1.0 - t; // a grey ramp at the right end
@@ -149,8 +151,8 @@ void frmNew::chooseSize(int index)
 void frmNew::setSampleColor(Color c)
 {
     m_sampleColor = c;
-    m_sample->setStyleSheet(QStringLiteral("QLabel { background: %1; border: 1px solid black; }")
-                                .arg(ToQColor(c).name()));
+    m_sample->setStyleSheet(
+        QStringLiteral("QLabel { background: %1; border: 1px solid black; }").arg(ToQColor(c).name()));
 }
 
 bool frmNew::eventFilter(QObject* watched, QEvent* event)
@@ -160,9 +162,9 @@ bool frmNew::eventFilter(QObject* watched, QEvent* event)
         for (int i = 0; i <= 5; ++i)
             m_sizes[i]->setChecked(false);
     }
-    if (watched == m_strip
-        && (event->type() == QEvent::MouseButtonPress
-            || (event->type() == QEvent::MouseMove && static_cast<QMouseEvent*>(event)->buttons()))) {
+    if (watched == m_strip &&
+        (event->type() == QEvent::MouseButtonPress ||
+         (event->type() == QEvent::MouseMove && static_cast<QMouseEvent*>(event)->buttons()))) {
         const QPoint p = static_cast<QMouseEvent*>(event)->position().toPoint();
         if (m_stripImage.rect().contains(p))
             setSampleColor(FromQRgb(m_stripImage.pixel(p)));
@@ -185,7 +187,8 @@ void frmNew::Command1_Click()
     m_choice.width = toSize(w);
     m_choice.height = toSize(h);
     m_choice.name = m_name->text();
-    m_choice.background = m_backgrounds[1]->isChecked() ? 0 : (m_backgrounds[2]->isChecked() ? m_sampleColor : 0xFFFFFF);
+    m_choice.background =
+        m_backgrounds[1]->isChecked() ? 0 : (m_backgrounds[2]->isChecked() ? m_sampleColor : 0xFFFFFF);
     accept();
 }
 

@@ -25,7 +25,8 @@ ProgressStrip::ProgressStrip(QMainWindow& window, UndoState& undo, QWidget* pare
     m_process->setObjectName(QStringLiteral("Process"));
     m_process->setFixedHeight(14);
     m_process->setMinimumWidth(200);
-    m_process->setStyleSheet(QStringLiteral("#Process { background: white; border: 1px solid rgb(116,156,218); }"));
+    m_process->setStyleSheet(
+        QStringLiteral("#Process { background: white; border: 1px solid rgb(116,156,218); }"));
     layout->addWidget(m_process, 1);
     m_bar = new QFrame(m_process);
     m_bar->setObjectName(QStringLiteral("ProcessBar"));

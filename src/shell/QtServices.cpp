@@ -53,14 +53,15 @@ int QtPrompt::MsgBox(const QString& text, int style, const QString& title)
     }
 }
 
-QString QtFileDialogs::getOpenFileName(const QString& title, const QString& filter, const QString& defaultName)
+QString QtFileDialogs::getOpenFileName(const QString& title, const QString& filter,
+                                       const QString& defaultName)
 {
-    return QFileDialog::getOpenFileName(m_parent, title, defaultName.isEmpty() ? QDir::currentPath() : defaultName,
-                                        filter);
+    return QFileDialog::getOpenFileName(m_parent, title,
+                                        defaultName.isEmpty() ? QDir::currentPath() : defaultName, filter);
 }
 
-QString QtFileDialogs::getSaveFileName(const QString& title, const QString& filter, const QString& defaultName,
-                                       int& filterIndex)
+QString QtFileDialogs::getSaveFileName(const QString& title, const QString& filter,
+                                       const QString& defaultName, int& filterIndex)
 {
     QFileDialog dialog(m_parent, title, QDir::currentPath(), filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);

@@ -16,7 +16,8 @@
 
 namespace velunta {
 
-frmGridSetup::frmGridSetup(const GridSettings& settings, Prompt& prompt, SettingsStore& store, QWidget* parent)
+frmGridSetup::frmGridSetup(const GridSettings& settings, Prompt& prompt, SettingsStore& store,
+                           QWidget* parent)
     : QDialog(parent), m_prompt(prompt), m_store(store)
 {
     setObjectName(QStringLiteral("frmGridSetup"));
@@ -123,8 +124,8 @@ void frmGridSetup::constrainClicked()
 
 void frmGridSetup::showColour()
 {
-    m_colour->setStyleSheet(
-        QStringLiteral("QLabel { background: %1; border: 1px solid black; }").arg(ToQColor(m_gridColour).name()));
+    m_colour->setStyleSheet(QStringLiteral("QLabel { background: %1; border: 1px solid black; }")
+                                .arg(ToQColor(m_gridColour).name()));
 }
 
 void frmGridSetup::ChooseColour()
@@ -152,7 +153,8 @@ void frmGridSetup::SaveSettings()
     const GridSettings s = settings();
     m_store.SaveSetting(QStringLiteral("GridX"), s.GridX);
     m_store.SaveSetting(QStringLiteral("GridY"), s.GridY);
-    m_store.SaveSetting(QStringLiteral("SnapToGrid"), s.SnapToGrid ? QStringLiteral("True") : QStringLiteral("False"));
+    m_store.SaveSetting(QStringLiteral("SnapToGrid"),
+                        s.SnapToGrid ? QStringLiteral("True") : QStringLiteral("False"));
     m_store.SaveSetting(QStringLiteral("GridColor"), s.GridColor);
     m_store.sync();
     m_prompt.MsgBox(tr("Grid/Snap settings stored. These settings will be used next time you run Velunta."),

@@ -28,7 +28,8 @@ struct GridSettings {
 class frmGridSetup : public QDialog {
     Q_OBJECT
 public:
-    frmGridSetup(const GridSettings& settings, Prompt& prompt, SettingsStore& store, QWidget* parent = nullptr);
+    frmGridSetup(const GridSettings& settings, Prompt& prompt, SettingsStore& store,
+                 QWidget* parent = nullptr);
     // The values as the dialog holds them (after "Apply").
     GridSettings settings() const;
 

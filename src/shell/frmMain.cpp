@@ -87,8 +87,9 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     m_leftBar = new QWidget(central);
     m_leftBar->setObjectName(QStringLiteral("LeftBar"));
     m_leftBar->setAutoFillBackground(true);
-    m_leftBar->setStyleSheet(QStringLiteral("#LeftBar { background: rgb(185,214,249); border-right: 1px solid "
-                                            "rgb(201,123,76); }"));
+    m_leftBar->setStyleSheet(
+        QStringLiteral("#LeftBar { background: rgb(185,214,249); border-right: 1px solid "
+                       "rgb(201,123,76); }"));
     middle->addWidget(m_leftBar);
     m_mdi = new QMdiArea(central);
     m_mdi->setObjectName(QStringLiteral("MDIArea"));
@@ -98,8 +99,9 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     m_rightBar = new QWidget(central);
     m_rightBar->setObjectName(QStringLiteral("RightBar"));
     m_rightBar->setAutoFillBackground(true);
-    m_rightBar->setStyleSheet(QStringLiteral("#RightBar { background: rgb(195,218,249); border-left: 1px solid "
-                                             "rgb(201,123,76); }"));
+    m_rightBar->setStyleSheet(
+        QStringLiteral("#RightBar { background: rgb(195,218,249); border-left: 1px solid "
+                       "rgb(201,123,76); }"));
     middle->addWidget(m_rightBar);
     outer->addLayout(middle, 1);
 
@@ -127,7 +129,8 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
         return label;
     };
     m_lblCoords = makeReadout(QStringLiteral("lblCoords"), tr("Pointer position"), QStringLiteral("0, 0"));
-    m_lblArea = makeReadout(QStringLiteral("lblArea"), tr("Size of the selection or shape"), QStringLiteral("0 x 0"));
+    m_lblArea =
+        makeReadout(QStringLiteral("lblArea"), tr("Size of the selection or shape"), QStringLiteral("0 x 0"));
     m_lblImgSize = makeReadout(QStringLiteral("lblImgSize"), tr("Picture size"), QString());
 
     wireFileMenu();
@@ -234,9 +237,8 @@ void frmMain::closeEvent(QCloseEvent* event)
     bool cancel = false;
     // Only the active document is asked about, and only when it has changed.
     if (frmPaint* doc = activeDocument()) {
-        if (doc->doc.Dirty
-            && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
-                                        tr("Close Velunta")) == vbNo)
+        if (doc->doc.Dirty && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
+                                                       tr("Close Velunta")) == vbNo)
             cancel = true;
     }
     SaveSettings(false);
@@ -277,8 +279,9 @@ bool frmMain::MDIForm_OLEDragDrop(const QMimeData& data)
 bool frmMain::eventFilter(QObject* watched, QEvent* event)
 {
     // A click on the transparency swatch arms the pick: the colour picker takes it.
-    if (event->type() == QEvent::MouseButtonRelease && watched->objectName() == QLatin1String("LblTransparencyColor")
-        && static_cast<QWidget*>(watched)->isEnabled()) {
+    if (event->type() == QEvent::MouseButtonRelease &&
+        watched->objectName() == QLatin1String("LblTransparencyColor") &&
+        static_cast<QWidget*>(watched)->isEnabled()) {
         m_state.TransparencyPickArmed = true;
         QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(8); }); });
     }

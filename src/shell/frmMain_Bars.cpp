@@ -46,23 +46,41 @@ const char* const kCommandTips[23] = {"New image",
                                       "Draw Advanced Polygons"};
 
 // The order of the toolbar: command indexes, with -1 - n for separator Image1(n).
-const int kCommandOrder[] = {0,  1,  2,  -1, 5,  -2, 3,  4,  6,  -3, 7,  17, -5, -4, 8,  -6, 9,  18, 19, -7,
-                             10, 14, 15, 16, -8, 11, 12, 13, -9, 20, -10, 21, 22, -11, -12};
+const int kCommandOrder[] = {0,  1,  2,  -1, 5,  -2, 3,  4,  6,  -3, 7,  17, -5,  -4, 8,  -6,  9,  18,
+                             19, -7, 10, 14, 15, 16, -8, 11, 12, 13, -9, 20, -10, 21, 22, -11, -12};
 
 // Names of the tools as the tool strip shows them.
-const char* const kToolTips[20] = {"Cursor/pointer (C)", "Pencil/Eraser (P)", "Zoom (Z)",        "Fill (F)",
-                                   "Gradients (G)",      "Select Area (M)",   "Airbrush (A)",    "Crop (O)",
-                                   "Color picker (Y)",   "Rectangles (B)",    "Circles/Bezier (E)", "Brighten (+)",
-                                   "Text (T)",           "Blur/Soften (S)",   "Lines/Polygons (L)", "Darken (-)",
-                                   "3D rectangles (3)",  "Color replacer",    "Dissolve Colors (D)", "Enhance Colors"};
+const char* const kToolTips[20] = {"Cursor/pointer (C)",
+                                   "Pencil/Eraser (P)",
+                                   "Zoom (Z)",
+                                   "Fill (F)",
+                                   "Gradients (G)",
+                                   "Select Area (M)",
+                                   "Airbrush (A)",
+                                   "Crop (O)",
+                                   "Color picker (Y)",
+                                   "Rectangles (B)",
+                                   "Circles/Bezier (E)",
+                                   "Brighten (+)",
+                                   "Text (T)",
+                                   "Blur/Soften (S)",
+                                   "Lines/Polygons (L)",
+                                   "Darken (-)",
+                                   "3D rectangles (3)",
+                                   "Color replacer",
+                                   "Dissolve Colors (D)",
+                                   "Enhance Colors"};
 
 // Where each tool stands in the two columns of the strip (row, column).
-const int kToolPlace[20][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1}, {1, 0}, {1, 1}, {5, 1},
-                               {6, 0}, {7, 1}, {4, 0}, {7, 0}, {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
+const int kToolPlace[20][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1},
+                               {1, 0}, {1, 1}, {5, 1}, {6, 0}, {7, 1}, {4, 0}, {7, 0},
+                               {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
 
 class ToolButton : public QToolButton {
 public:
-    ToolButton(frmMain& main, int index, QWidget* parent) : QToolButton(parent), m_main(main), m_index(index) {}
+    ToolButton(frmMain& main, int index, QWidget* parent) : QToolButton(parent), m_main(main), m_index(index)
+    {
+    }
 
 protected:
     void mousePressEvent(QMouseEvent* e) override
@@ -159,7 +177,10 @@ void frmMain::CmdCommands_Click(int index)
     m_commands[index]->click();
 }
 
-void frmMain::enableCommand(int index, bool on) { m_commands[index]->setEnabled(on && m_commandBuilt[index]); }
+void frmMain::enableCommand(int index, bool on)
+{
+    m_commands[index]->setEnabled(on && m_commandBuilt[index]);
+}
 
 void frmMain::buildToolStrip()
 {
@@ -196,7 +217,8 @@ void frmMain::buildToolStrip()
 
 void frmMain::placeToolButtons()
 {
-    const bool kids = action(QStringLiteral("mnuKidsMode")) && action(QStringLiteral("mnuKidsMode"))->isChecked();
+    const bool kids =
+        action(QStringLiteral("mnuKidsMode")) && action(QStringLiteral("mnuKidsMode"))->isChecked();
     for (int i = 0; i < 20; ++i)
         m_toolGrid->removeWidget(m_tools[i]);
     for (int i = 0; i < 20; ++i) {

@@ -9,9 +9,9 @@
 #include "tools/frmControls.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QMdiSubWindow>
-#include <QCheckBox>
 #include <QMimeData>
 #include <QScrollBar>
 

@@ -20,7 +20,10 @@ namespace {
 // An undo file this small holds no picture.
 constexpr qint64 kSmallestUndoFile = 2000;
 
-QString undoFile(const Services& services) { return services.AppFolder + QStringLiteral("temp/undo.bmp"); }
+QString undoFile(const Services& services)
+{
+    return services.AppFolder + QStringLiteral("temp/undo.bmp");
+}
 
 } // namespace
 
@@ -70,7 +73,8 @@ void frmMain::UndoResize_Click()
         doc.Buffer.setPicture(picture);
         form->SizePaintArea();
         form->RealignZoom(-1, -1);
-        SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") + QString::number(picture.height()));
+        SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") +
+                         QString::number(picture.height()));
     }
     enable(QStringLiteral("UndoResize"), false);
 }
@@ -100,7 +104,10 @@ void frmMain::RevertSaved(const QString& path)
     ValidateMenus();
 }
 
-void frmMain::mnuundorevert_Click() { RevertSaved(QString()); }
+void frmMain::mnuundorevert_Click()
+{
+    RevertSaved(QString());
+}
 
 void frmMain::SaveUndoBitmap()
 {

@@ -13,8 +13,8 @@
 
 #include <QCoreApplication>
 #include <QMdiArea>
-#include <QMenuBar>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStyle>
@@ -164,8 +164,9 @@ void frmMain::Open_Click()
         // The empty window stays, as the load left it.
         sizeDocumentWindow(m_mdi, form);
         sw->show();
-        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") + QString::number(errorNumber)
-                                     + (error.isEmpty() ? QString() : QString(QStringLiteral("\n\n") + error)),
+        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") +
+                                     QString::number(errorNumber) +
+                                     (error.isEmpty() ? QString() : QString(QStringLiteral("\n\n") + error)),
                                  vbOKOnly, QStringLiteral("Velunta"));
         return;
     }
@@ -175,8 +176,8 @@ void frmMain::Open_Click()
         form->doc.Buffer.Cls();
     } catch (const AllocationError&) {
         sw->show();
-        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:7") + QStringLiteral("\n\n")
-                                     + tr("There is not enough memory for this picture."),
+        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:7") + QStringLiteral("\n\n") +
+                                     tr("There is not enough memory for this picture."),
                                  vbOKOnly, QStringLiteral("Velunta"));
         return;
     }
@@ -189,13 +190,13 @@ void frmMain::Open_Click()
     MRUDlist(2, name);
     // A picture larger than the screen opens at 25% with the zoom tool, when asked to.
     const QSize screen = this->screen() ? this->screen()->size() : QSize(1 << 30, 1 << 30);
-    if (FitBigImages && (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
+    if (FitBigImages &&
+        (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
         QCoreApplication::processEvents();
         SelectTool(2);
         form->PreDefZoom(25);
         m_controls->SetZoomOption(25);
     }
 }
-
 
 } // namespace velunta

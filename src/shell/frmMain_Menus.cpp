@@ -38,8 +38,14 @@ QMenu* frmMain::addSubmenu(QMenu* menu, const QString& name, const QString& capt
     return sub;
 }
 
-QAction* frmMain::action(const QString& name) const { return m_actions.value(name); }
-QMenu* frmMain::menu(const QString& name) const { return m_menus.value(name); }
+QAction* frmMain::action(const QString& name) const
+{
+    return m_actions.value(name);
+}
+QMenu* frmMain::menu(const QString& name) const
+{
+    return m_menus.value(name);
+}
 
 bool frmMain::isBuilt(const QString& name) const
 {
@@ -69,7 +75,10 @@ void frmMain::showEntry(const QString& name, bool visible)
         a->setVisible(visible);
 }
 
-void frmMain::guarded(const char* step, const std::function<void()>& fn) { Guarded(step, fn); }
+void frmMain::guarded(const char* step, const std::function<void()>& fn)
+{
+    Guarded(step, fn);
+}
 
 void frmMain::buildMenus()
 {
@@ -130,12 +139,14 @@ void frmMain::buildMenus()
     addSeparator(edit, QStringLiteral("split023"));
     addAction(edit, QStringLiteral("PasteSpecial"), QStringLiteral("Pa&ste as New Image"));
     addSeparator(edit, QStringLiteral("split024"));
-    addAction(edit, QStringLiteral("SelectAll"), QStringLiteral("Select &All"))->setShortcut(QKeySequence::SelectAll);
+    addAction(edit, QStringLiteral("SelectAll"), QStringLiteral("Select &All"))
+        ->setShortcut(QKeySequence::SelectAll);
     addAction(edit, QStringLiteral("ClearSelection"), QStringLiteral("C&lear Selection"));
     addSeparator(edit, QStringLiteral("niks002"));
     addAction(edit, QStringLiteral("mnuCopyTo"), QStringLiteral("Copy To..."));
     addAction(edit, QStringLiteral("mnuPasteFrom"), QStringLiteral("Paste From..."));
-    addAction(edit, QStringLiteral("mnucopyIrfanview"), QStringLiteral("Copy To IrfanView"))->setVisible(false);
+    addAction(edit, QStringLiteral("mnucopyIrfanview"), QStringLiteral("Copy To IrfanView"))
+        ->setVisible(false);
 
     // The entries marked for the context menu show only when the menu pops up over a picture.
     QMenu* image = top(QStringLiteral("Image"), QStringLiteral("&Image"));
@@ -167,7 +178,8 @@ void frmMain::buildMenus()
     addAction(image, QStringLiteral("mnuPicFrames"), QStringLiteral("Picture Frames..."));
     addAction(image, QStringLiteral("mnuBorders"), QStringLiteral("Borders..."));
     addSeparator(image, QStringLiteral("split039"));
-    QMenu* bc = addSubmenu(image, QStringLiteral("mnuimageeffect"), QStringLiteral("Brightness and Contrast"));
+    QMenu* bc =
+        addSubmenu(image, QStringLiteral("mnuimageeffect"), QStringLiteral("Brightness and Contrast"));
     addAction(bc, QStringLiteral("mnuImgeffects(0)"), QStringLiteral("Brightness"));
     addAction(bc, QStringLiteral("mnuImgeffects(1)"), QStringLiteral("Contrast"));
     addSeparator(image, QStringLiteral("split051"));
@@ -176,10 +188,11 @@ void frmMain::buildMenus()
     addAction(erase, QStringLiteral("EraseImage(0)"), QStringLiteral("White"));
     addAction(erase, QStringLiteral("EraseImage(1)"), QStringLiteral("Black"));
     addAction(erase, QStringLiteral("EraseImage(2)"), QStringLiteral("Current background color"));
-    m_contextOnly = {QStringLiteral("mnuimageeffect"), QStringLiteral("split036"), QStringLiteral("mnuImgCopy"),
-                     QStringLiteral("mnuImgCut"),      QStringLiteral("mnuImgPaste"), QStringLiteral("split038"),
-                     QStringLiteral("split039"),       QStringLiteral("mnuImgUndo"), QStringLiteral("mnuBorders"),
-                     QStringLiteral("mnuPicFrames")};
+    m_contextOnly = {QStringLiteral("mnuimageeffect"), QStringLiteral("split036"),
+                     QStringLiteral("mnuImgCopy"),     QStringLiteral("mnuImgCut"),
+                     QStringLiteral("mnuImgPaste"),    QStringLiteral("split038"),
+                     QStringLiteral("split039"),       QStringLiteral("mnuImgUndo"),
+                     QStringLiteral("mnuBorders"),     QStringLiteral("mnuPicFrames")};
     for (const QString& name : m_contextOnly)
         showEntry(name, false);
 
@@ -204,12 +217,15 @@ void frmMain::buildMenus()
     addAction(filters, QStringLiteral("mnuEffectBrowser"), QStringLiteral("Effects Browser..."));
     QMenu* ambient = addSubmenu(filters, QStringLiteral("GreyScalemenu"), QStringLiteral("&Ambient Light"));
     const QHash<int, QString> presets = {
-        {0, QStringLiteral("&Black && White")}, {2, QStringLiteral("&Red Light")},   {3, QStringLiteral("R&ed Dark")},
-        {5, QStringLiteral("&Green Light")},    {6, QStringLiteral("Gr&een Dark")},  {8, QStringLiteral("B&lue Light")},
-        {9, QStringLiteral("Bl&ue Dark")},      {11, QStringLiteral("&Yellow Light")}, {12, QStringLiteral("Y&ellow Dark")},
-        {14, QStringLiteral("&Purple Light")},  {15, QStringLiteral("P&urple Dark")}, {17, QStringLiteral("&Cyan Light")},
-        {18, QStringLiteral("Cya&n Dark")},     {20, QStringLiteral("Gr&ayscale")},  {22, QStringLiteral("Bronze")},
-        {23, QStringLiteral("Dusk Tone")},      {24, QStringLiteral("City Night")}};
+        {0, QStringLiteral("&Black && White")}, {2, QStringLiteral("&Red Light")},
+        {3, QStringLiteral("R&ed Dark")},       {5, QStringLiteral("&Green Light")},
+        {6, QStringLiteral("Gr&een Dark")},     {8, QStringLiteral("B&lue Light")},
+        {9, QStringLiteral("Bl&ue Dark")},      {11, QStringLiteral("&Yellow Light")},
+        {12, QStringLiteral("Y&ellow Dark")},   {14, QStringLiteral("&Purple Light")},
+        {15, QStringLiteral("P&urple Dark")},   {17, QStringLiteral("&Cyan Light")},
+        {18, QStringLiteral("Cya&n Dark")},     {20, QStringLiteral("Gr&ayscale")},
+        {22, QStringLiteral("Bronze")},         {23, QStringLiteral("Dusk Tone")},
+        {24, QStringLiteral("City Night")}};
     for (int i = 0; i <= 24; ++i) {
         if (presets.contains(i))
             addAction(ambient, QStringLiteral("Greyscale(%1)").arg(i), presets.value(i));
@@ -220,8 +236,10 @@ void frmMain::buildMenus()
                                  QStringLiteral("Normal Hard"), QStringLiteral("Mirror"),
                                  QStringLiteral("Invert"),      QStringLiteral("Red"),
                                  QStringLiteral("Green"),       QStringLiteral("Blue")};
-    QMenu* revH = addSubmenu(filters, QStringLiteral("mnuReverseBlendH"), QStringLiteral("Reverse Horizontal Blend"));
-    QMenu* revV = addSubmenu(filters, QStringLiteral("mnuReverseBlendV"), QStringLiteral("Reverse Vertical Blend"));
+    QMenu* revH =
+        addSubmenu(filters, QStringLiteral("mnuReverseBlendH"), QStringLiteral("Reverse Horizontal Blend"));
+    QMenu* revV =
+        addSubmenu(filters, QStringLiteral("mnuReverseBlendV"), QStringLiteral("Reverse Vertical Blend"));
     for (int i = 0; i < reverse.size(); ++i) {
         addAction(revH, QStringLiteral("mnuReverseBlendH1(%1)").arg(i), reverse[i]);
         addAction(revV, QStringLiteral("mnuReverseBlendV1(%1)").arg(i), reverse[i]);
@@ -233,7 +251,8 @@ void frmMain::buildMenus()
     addAction(extra, QStringLiteral("mnuextra2"), QStringLiteral("Load Last Draw-Settings now"));
     addAction(extra, QStringLiteral("mnuextra3"), QStringLiteral("Restore all settings back to default"));
     addSeparator(extra, QStringLiteral("split070"));
-    addAction(extra, QStringLiteral("mnuWindowAutoSizePosition"), QStringLiteral("Remember Size && Position"), true);
+    addAction(extra, QStringLiteral("mnuWindowAutoSizePosition"), QStringLiteral("Remember Size && Position"),
+              true);
     addAction(extra, QStringLiteral("mnuKidsMode"), QStringLiteral("Easy Mode (Beginner)"), true);
     QMenu* plugin = addSubmenu(extra, QStringLiteral("mnuextraplugin"), QStringLiteral("Plugin"));
     for (int i = 0; i < 5; ++i)
@@ -276,7 +295,8 @@ void frmMain::buildMenus()
     addAction(help, QStringLiteral("mnuhelp(0)"), QStringLiteral("Manual"));
     addAction(help, QStringLiteral("mnuhelp(1)"), QStringLiteral("Mail Velunta..."));
     addSeparator(help, QStringLiteral("mnuhelp(2)"));
-    addAction(help, QStringLiteral("mnuhelp(3)"), QStringLiteral("Check for Velunta free updates and effects..."));
+    addAction(help, QStringLiteral("mnuhelp(3)"),
+              QStringLiteral("Check for Velunta free updates and effects..."));
     addAction(help, QStringLiteral("mnuhelp(4)"), QStringLiteral("Zolvane Discussion and Support group..."));
     addSeparator(help, QStringLiteral("mnuhelp(5)"));
     addAction(help, QStringLiteral("mnuhelp(7)"), QStringLiteral("Automatically Check for Updates"), true);

@@ -14,7 +14,10 @@ namespace velunta {
 namespace {
 
 // A long path shows as ".." and its last 30 characters.
-QString recentCaption(const QString& path) { return path.size() > 30 ? QStringLiteral("..") + path.right(30) : path; }
+QString recentCaption(const QString& path)
+{
+    return path.size() > 30 ? QStringLiteral("..") + path.right(30) : path;
+}
 
 } // namespace
 
@@ -28,7 +31,8 @@ void frmMain::MRUDlist(int mode, const QString& path)
         showEntry(QStringLiteral("niks025"), false);
         for (int i = 0; i < 4; ++i) {
             // Values of four characters or fewer are blanks.
-            const QString value = m_services.settings.GetSetting(QStringLiteral("MRUD%1").arg(i), QStringLiteral(" "));
+            const QString value =
+                m_services.settings.GetSetting(QStringLiteral("MRUD%1").arg(i), QStringLiteral(" "));
             if (value.size() > 4)
                 m_recent[i] = value;
         }

@@ -3,8 +3,8 @@
 
 #include "shell/frmMain.h"
 
-#include "core/Prompt.h"
 #include "core/Numbers.h"
+#include "core/Prompt.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
@@ -121,9 +121,10 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
         dib.CreateFromPicture(picture);
         if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &reason)) {
             QApplication::restoreOverrideCursor();
-            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + reason, vbExclamation,
-                                     QStringLiteral("Velunta"));
-            m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName + QStringLiteral("'"),
+            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + reason,
+                                     vbExclamation, QStringLiteral("Velunta"));
+            m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName +
+                                         QStringLiteral("'"),
                                      vbExclamation, QStringLiteral("Velunta"));
             return false;
         }
@@ -132,14 +133,14 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
     } else if (format == 3 || format == 4) {
         GIF gif;
         m_progress->begin();
-        written = gif.SaveGIF(picture, fileName, format == 4, format == 4 ? transparentColor : kNoColor, &reason,
-                              m_progress->callback());
+        written = gif.SaveGIF(picture, fileName, format == 4, format == 4 ? transparentColor : kNoColor,
+                              &reason, m_progress->callback());
         m_progress->end();
     }
     QApplication::restoreOverrideCursor();
     if (!written) {
-        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(errorNumberOf(reason))
-                                     + QStringLiteral(" - ") + reason,
+        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(errorNumberOf(reason)) +
+                                     QStringLiteral(" - ") + reason,
                                  vbOKOnly, QStringLiteral("Velunta"));
         return false;
     }
@@ -189,8 +190,8 @@ void frmMain::mnuExportJPG_Click()
 void frmMain::mnuExportGif_Click()
 {
     // The dialog stays open beside the picture, so the eyedropper can pick its colour there.
-    auto* dialog = new frmSaveGifs([this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; },
-                                   this);
+    auto* dialog = new frmSaveGifs(
+        [this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; }, this);
     dialog->Command3()->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(8); });
@@ -200,8 +201,9 @@ void frmMain::mnuExportGif_Click()
             if (!form)
                 return;
             int index = 1;
-            const QString name = ShowSaveDialog(m_services.dialogs, tr("Export As GIF..."), QStringLiteral("GIF"),
-                                                ExportProposal(form->doc.Caption, QStringLiteral(".gif")), index);
+            const QString name =
+                ShowSaveDialog(m_services.dialogs, tr("Export As GIF..."), QStringLiteral("GIF"),
+                               ExportProposal(form->doc.Caption, QStringLiteral(".gif")), index);
             if (name.isEmpty())
                 return;
             int quality = 90;
@@ -236,12 +238,12 @@ void frmMain::mnuProperties_Click()
     if (name.size() < 2)
         name = QStringLiteral("Untitled.bmp");
     const QString crlf = QStringLiteral("\r\n");
-    const QString text = QStringLiteral("Filename = ") + name + crlf + crlf
-                         + (size <= 0 ? QString(QStringLiteral("Filesize = - ") + suffix)
-                                      : QString(QStringLiteral("Filesize = ") + shown + suffix))
-                         + crlf + QStringLiteral("Width = ") + QString::number(doc.Buffer.ScaleWidth()) + crlf
-                         + QStringLiteral("Height = ") + QString::number(doc.Buffer.ScaleHeight()) + crlf
-                         + QStringLiteral("Image type = ") + Trim(name).right(3).toUpper() + crlf;
+    const QString text = QStringLiteral("Filename = ") + name + crlf + crlf +
+                         (size <= 0 ? QString(QStringLiteral("Filesize = - ") + suffix)
+                                    : QString(QStringLiteral("Filesize = ") + shown + suffix)) +
+                         crlf + QStringLiteral("Width = ") + QString::number(doc.Buffer.ScaleWidth()) + crlf +
+                         QStringLiteral("Height = ") + QString::number(doc.Buffer.ScaleHeight()) + crlf +
+                         QStringLiteral("Image type = ") + Trim(name).right(3).toUpper() + crlf;
     m_services.prompt.MsgBox(text, vbInformation, QStringLiteral("Properties: ") + doc.Buffer.Tag);
 }
 
@@ -250,9 +252,9 @@ bool frmMain::FormQueryUnload(frmPaint& form)
     Document& doc = form.doc;
     if (!doc.Dirty)
         return true;
-    const int answer = m_services.prompt.MsgBox(
-        tr("The image has been changed.") + QStringLiteral("\n\n") + tr("Do you wish to save the changes?"), 0x34,
-        tr("The image has been changed"));
+    const int answer = m_services.prompt.MsgBox(tr("The image has been changed.") + QStringLiteral("\n\n") +
+                                                    tr("Do you wish to save the changes?"),
+                                                0x34, tr("The image has been changed"));
     if (answer != vbYes)
         return true;
     // The window may not be the active one when it is closed from its own frame.
@@ -274,9 +276,9 @@ bool frmMain::FormQueryUnload(frmPaint& form)
     }
     if (saved)
         return true;
-    return m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") + tr("Close the image anyway?"),
-                                    0x44, tr("Save"))
-           == vbYes;
+    return m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") +
+                                        tr("Close the image anyway?"),
+                                    0x44, tr("Save")) == vbYes;
 }
 
 } // namespace velunta

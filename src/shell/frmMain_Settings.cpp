@@ -65,22 +65,29 @@ std::optional<Color> colourOf(const QString& text)
     return Color(*v);
 }
 
-template <class T>
-void assign(T& target, const std::optional<T>& value)
+template <class T> void assign(T& target, const std::optional<T>& value)
 {
     if (value)
         target = *value;
 }
 
-QString trueFalse(bool on) { return on ? QStringLiteral("True") : QStringLiteral("False"); }
-QString minusOne(bool on) { return on ? QStringLiteral("-1") : QStringLiteral("0"); }
+QString trueFalse(bool on)
+{
+    return on ? QStringLiteral("True") : QStringLiteral("False");
+}
+QString minusOne(bool on)
+{
+    return on ? QStringLiteral("-1") : QStringLiteral("0");
+}
 
 } // namespace
 
 void frmMain::GetSettings(bool drawPart)
 {
     SettingsStore& s = m_services.settings;
-    auto get = [&](const char* key, const QString& fallback) { return s.GetSetting(QString::fromLatin1(key), fallback); };
+    auto get = [&](const char* key, const QString& fallback) {
+        return s.GetSetting(QString::fromLatin1(key), fallback);
+    };
     if (!drawPart) {
         assign(AutoSizePos, flagOf(get("AutoSizePos", QStringLiteral("0"))));
         action(QStringLiteral("mnuWindowAutoSizePosition"))->setChecked(AutoSizePos);
@@ -144,8 +151,8 @@ void frmMain::GetSettings(bool drawPart)
         if (!font.isEmpty())
             m_state.FontName = font;
         const QString style = Trim(get("TextStyle", QStringLiteral("Normal")));
-        if (style == QLatin1String("Normal") || style == QLatin1String("Bold") || style == QLatin1String("Italic")
-            || style == QLatin1String("Bold Italic"))
+        if (style == QLatin1String("Normal") || style == QLatin1String("Bold") ||
+            style == QLatin1String("Italic") || style == QLatin1String("Bold Italic"))
             m_state.FontStyle = style;
         assign(m_state.BackColor, colourOf(get("DrawBackColor", QStringLiteral("16777215"))));
         assign(m_state.ForeColor, colourOf(get("DrawForeColor", QStringLiteral("0"))));
@@ -187,7 +194,8 @@ void frmMain::SaveSettings(bool drawPart)
     put("NewImageSize", QStringLiteral("%1x%2").arg(NewImageWidth).arg(NewImageHeight));
     if (drawPart) {
         for (int i = 0; i < 16; ++i)
-            s.SaveSetting(QStringLiteral("LastOptionValue%1").arg(i), QString::number(I2(m_state.SelectorValues[i].Value)));
+            s.SaveSetting(QStringLiteral("LastOptionValue%1").arg(i),
+                          QString::number(I2(m_state.SelectorValues[i].Value)));
         put("TextFont", m_state.FontName);
         put("TextStyle", m_state.FontStyle);
         put("Blend", QString::number(BlendPercent(m_state.SelectionBlend)));
@@ -207,7 +215,8 @@ void frmMain::wireSettingsMenu()
 {
     wire(QStringLiteral("mnuextra1"), [this] {
         SaveSettings(true);
-        m_services.prompt.MsgBox(tr("Settings of your draw-tools are saved"), vbInformation, tr("Save Draw Settings"));
+        m_services.prompt.MsgBox(tr("Settings of your draw-tools are saved"), vbInformation,
+                                 tr("Save Draw Settings"));
     });
     wire(QStringLiteral("mnuextra2"), [this] {
         LoadLastDrawSettings();
@@ -232,8 +241,7 @@ void frmMain::LoadLastDrawSettings()
 void frmMain::RestoreDefaultSettings()
 {
     if (m_services.prompt.MsgBox(tr("Do you want to restore all settings back to their default values?"),
-                                 vbYesNoCancel | vbQuestion, tr("Restore Velunta Default Settings"))
-        != vbYes)
+                                 vbYesNoCancel | vbQuestion, tr("Restore Velunta Default Settings")) != vbYes)
         return;
     SettingsStore& s = m_services.settings;
     for (int i = 0; i < 16; ++i) {

@@ -2,8 +2,8 @@
 
 #include "shell/frmMain.h"
 
-#include "document/frmPaint.h"
 #include "document/TextBox.h"
+#include "document/frmPaint.h"
 #include "tools/Text.h"
 #include "tools/frmControls.h"
 

@@ -86,16 +86,31 @@ void frmMain::PrepUndo()
         velunta::PrepUndo(m_undo, form->doc);
 }
 
-void frmMain::SetCoordsText(const QString& text) { m_lblCoords->setText(text); }
-void frmMain::SetAreaText(const QString& text) { m_lblArea->setText(text); }
-void frmMain::SetZoomText(const QString& text) { m_controls->SetZoomText(text); }
-void frmMain::ClearZoomOptions() { m_controls->SetZoomOption(-1); }
+void frmMain::SetCoordsText(const QString& text)
+{
+    m_lblCoords->setText(text);
+}
+void frmMain::SetAreaText(const QString& text)
+{
+    m_lblArea->setText(text);
+}
+void frmMain::SetZoomText(const QString& text)
+{
+    m_controls->SetZoomText(text);
+}
+void frmMain::ClearZoomOptions()
+{
+    m_controls->SetZoomOption(-1);
+}
 void frmMain::ShowCursorPanel(bool visible)
 {
     m_state.CursorPanelVisible = visible;
     m_controls->ShowCursorPanel(visible);
 }
-void frmMain::SetBlendText(const QString& text) { m_controls->SetBlendText(text); }
+void frmMain::SetBlendText(const QString& text)
+{
+    m_controls->SetBlendText(text);
+}
 
 bool frmMain::ToggleSnapGrid()
 {
@@ -108,9 +123,15 @@ void frmMain::ShowPickedColor(Color c)
     m_controls->ShowPickedColor(c);
 }
 
-void frmMain::ShowTransparencyColor(Color c) { m_controls->SetTransparencySwatch(c); }
+void frmMain::ShowTransparencyColor(Color c)
+{
+    m_controls->SetTransparencySwatch(c);
+}
 
-void frmMain::ShowReplaceColor(int index, Color c) { m_controls->SetReplaceSwatch(index, c); }
+void frmMain::ShowReplaceColor(int index, Color c)
+{
+    m_controls->SetReplaceSwatch(index, c);
+}
 
 void frmMain::SetAngleText(const QString& text, int alignment)
 {
@@ -152,9 +173,15 @@ void frmMain::FormTerminated(frmPaint& form)
     QTimer::singleShot(0, this, [this] { ValidateMenus(); });
 }
 
-void frmMain::SetImageSizeText(const QString& text) { m_lblImgSize->setText(text); }
+void frmMain::SetImageSizeText(const QString& text)
+{
+    m_lblImgSize->setText(text);
+}
 
-void frmMain::ZoomChanged(frmPaint& form) { m_controls->SetZoomText(NumberText(form.doc.ZoomFactor) + QStringLiteral("%")); }
+void frmMain::ZoomChanged(frmPaint& form)
+{
+    m_controls->SetZoomText(NumberText(form.doc.ZoomFactor) + QStringLiteral("%"));
+}
 
 void frmMain::documentActivated(QMdiSubWindow*)
 {
@@ -164,8 +191,8 @@ void frmMain::documentActivated(QMdiSubWindow*)
     m_controls->SetZoomOption(-1);
     form->Form_Activate(m_state.ShowCrossLines, GuideLinesColor, GuideLineStyle);
     form->setPointerShape(m_state.CurrentTool == 0 ? -1 : m_state.CurrentTool);
-    SetImageSizeText(QString::number(form->doc.Buffer.ScaleWidth()) + QStringLiteral(" x ")
-                     + QString::number(form->doc.Buffer.ScaleHeight()));
+    SetImageSizeText(QString::number(form->doc.Buffer.ScaleWidth()) + QStringLiteral(" x ") +
+                     QString::number(form->doc.Buffer.ScaleHeight()));
     ZoomChanged(*form);
     ValidateMenus();
 }

@@ -20,15 +20,28 @@ namespace velunta {
 
 void frmMain::ValidateMenus()
 {
-    static const QStringList kDocumentCommands = {
-        QStringLiteral("Save"),          QStringLiteral("SaveAs"),        QStringLiteral("Close"),
-        QStringLiteral("mnuClose"),      QStringLiteral("mnuExportGif"),  QStringLiteral("mnuPrint"),
-        QStringLiteral("mnuExportJPG"),  QStringLiteral("mnuProperties"), QStringLiteral("SelectAll"),
-        QStringLiteral("Paste"),         QStringLiteral("mnuPasteFrom"),  QStringLiteral("Image"),
-        QStringLiteral("mnuTools"),      QStringLiteral("Filters"),       QStringLiteral("mnuextra2"),
-        QStringLiteral("mnuextra1"),     QStringLiteral("mnuExportBMPOptions"), QStringLiteral("mnucolordepth"),
-        QStringLiteral("mnudetailedit"), QStringLiteral("mnuExportPNG"),  QStringLiteral("mnuView"),
-        QStringLiteral("mnuextraplugin")};
+    static const QStringList kDocumentCommands = {QStringLiteral("Save"),
+                                                  QStringLiteral("SaveAs"),
+                                                  QStringLiteral("Close"),
+                                                  QStringLiteral("mnuClose"),
+                                                  QStringLiteral("mnuExportGif"),
+                                                  QStringLiteral("mnuPrint"),
+                                                  QStringLiteral("mnuExportJPG"),
+                                                  QStringLiteral("mnuProperties"),
+                                                  QStringLiteral("SelectAll"),
+                                                  QStringLiteral("Paste"),
+                                                  QStringLiteral("mnuPasteFrom"),
+                                                  QStringLiteral("Image"),
+                                                  QStringLiteral("mnuTools"),
+                                                  QStringLiteral("Filters"),
+                                                  QStringLiteral("mnuextra2"),
+                                                  QStringLiteral("mnuextra1"),
+                                                  QStringLiteral("mnuExportBMPOptions"),
+                                                  QStringLiteral("mnucolordepth"),
+                                                  QStringLiteral("mnudetailedit"),
+                                                  QStringLiteral("mnuExportPNG"),
+                                                  QStringLiteral("mnuView"),
+                                                  QStringLiteral("mnuextraplugin")};
     static const QStringList kSelectionCommands = {
         QStringLiteral("Copy"),      QStringLiteral("Cut"),        QStringLiteral("ClearSelection"),
         QStringLiteral("mnuCopyTo"), QStringLiteral("mnuImgCopy"), QStringLiteral("mnuImgCut"),
@@ -41,8 +54,8 @@ void frmMain::ValidateMenus()
         for (const QString& name : kDocumentCommands)
             enable(name, true);
         // The menus of a document: every entry that is built is there to use.
-        for (const QString& name : {QStringLiteral("Image"), QStringLiteral("mnuTools"), QStringLiteral("Filters"),
-                                    QStringLiteral("mnuView")}) {
+        for (const QString& name : {QStringLiteral("Image"), QStringLiteral("mnuTools"),
+                                    QStringLiteral("Filters"), QStringLiteral("mnuView")}) {
             for (QAction* a : menu(name)->findChildren<QAction*>())
                 if (!a->isSeparator() && !a->objectName().isEmpty())
                     enable(a->objectName(), true);
@@ -66,15 +79,16 @@ void frmMain::ValidateMenus()
             enable(name, picture);
         enableCommand(6, picture);
 
-        enable(QStringLiteral("UndoResize"), QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp")));
+        enable(QStringLiteral("UndoResize"),
+               QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp")));
         enable(QStringLiteral("Undo"), m_undoEnabled);
         enable(QStringLiteral("mnuImgUndo"), m_undoEnabled);
     } else {
         for (const QString& name : kDocumentCommands + kSelectionCommands + kClipboardCommands)
             enable(name, false);
-        for (const QString& name : {QStringLiteral("Undo"), QStringLiteral("UndoResize"), QStringLiteral("mnuImgUndo"),
-                                    QStringLiteral("mnuundorevert"), QStringLiteral("mnuExport"),
-                                    QStringLiteral("mnuImport")})
+        for (const QString& name :
+             {QStringLiteral("Undo"), QStringLiteral("UndoResize"), QStringLiteral("mnuImgUndo"),
+              QStringLiteral("mnuundorevert"), QStringLiteral("mnuExport"), QStringLiteral("mnuImport")})
             enable(name, false);
         showEntry(QStringLiteral("mnugrabmask"), false);
         for (int i = 0; i < 23; ++i)
@@ -114,19 +128,40 @@ void frmMain::KidsMode()
     m_separators[3]->setVisible(!kids);
     for (int i = 5; i <= 11; ++i)
         m_separators[i]->setVisible(!kids);
-    static const QStringList kHidden = {
-        QStringLiteral("mnuExport"),   QStringLiteral("mnuImport"),     QStringLiteral("split022"),
-        QStringLiteral("mnuSelTwain"), QStringLiteral("mnuAcquire"),    QStringLiteral("split033"),
-        QStringLiteral("mnuBezier"),   QStringLiteral("mnuPolygons"),   QStringLiteral("niks002"),
-        QStringLiteral("mnuCopyTo"),   QStringLiteral("mnuPasteFrom"),  QStringLiteral("split023"),
-        QStringLiteral("PasteSpecial"), QStringLiteral("mnuPasteBlend"), QStringLiteral("mnuBlendIt"),
-        QStringLiteral("split052"),    QStringLiteral("split003"),      QStringLiteral("mnuWindowAutoSizePosition"),
-        QStringLiteral("ArrHorizontal"), QStringLiteral("ArrVertival"), QStringLiteral("Cascade"),
-        QStringLiteral("split045"),    QStringLiteral("mnufitbigimages"), QStringLiteral("mnustartblankpage"),
-        QStringLiteral("mnumaximizeonopen"), QStringLiteral("mnuextra1"), QStringLiteral("mnuextra2"),
-        QStringLiteral("mnuextra3"),   QStringLiteral("niks052"),       QStringLiteral("niks036"),
-        QStringLiteral("mnucolordepth"), QStringLiteral("menuExGridSetup"), QStringLiteral("niks12"),
-        QStringLiteral("niks7")};
+    static const QStringList kHidden = {QStringLiteral("mnuExport"),
+                                        QStringLiteral("mnuImport"),
+                                        QStringLiteral("split022"),
+                                        QStringLiteral("mnuSelTwain"),
+                                        QStringLiteral("mnuAcquire"),
+                                        QStringLiteral("split033"),
+                                        QStringLiteral("mnuBezier"),
+                                        QStringLiteral("mnuPolygons"),
+                                        QStringLiteral("niks002"),
+                                        QStringLiteral("mnuCopyTo"),
+                                        QStringLiteral("mnuPasteFrom"),
+                                        QStringLiteral("split023"),
+                                        QStringLiteral("PasteSpecial"),
+                                        QStringLiteral("mnuPasteBlend"),
+                                        QStringLiteral("mnuBlendIt"),
+                                        QStringLiteral("split052"),
+                                        QStringLiteral("split003"),
+                                        QStringLiteral("mnuWindowAutoSizePosition"),
+                                        QStringLiteral("ArrHorizontal"),
+                                        QStringLiteral("ArrVertival"),
+                                        QStringLiteral("Cascade"),
+                                        QStringLiteral("split045"),
+                                        QStringLiteral("mnufitbigimages"),
+                                        QStringLiteral("mnustartblankpage"),
+                                        QStringLiteral("mnumaximizeonopen"),
+                                        QStringLiteral("mnuextra1"),
+                                        QStringLiteral("mnuextra2"),
+                                        QStringLiteral("mnuextra3"),
+                                        QStringLiteral("niks052"),
+                                        QStringLiteral("niks036"),
+                                        QStringLiteral("mnucolordepth"),
+                                        QStringLiteral("menuExGridSetup"),
+                                        QStringLiteral("niks12"),
+                                        QStringLiteral("niks7")};
     for (const QString& name : kHidden)
         showEntry(name, !kids);
     placeToolButtons();

@@ -127,7 +127,8 @@ void frmMain::menuExGridSetup_Click()
 
 void frmMain::ApplyGridSettings(const GridSettings& after)
 {
-    const bool changed = after.GridX != m_state.GridX || after.GridY != m_state.GridY || after.GridColor != GridColor;
+    const bool changed =
+        after.GridX != m_state.GridX || after.GridY != m_state.GridY || after.GridColor != GridColor;
     m_state.GridX = after.GridX;
     m_state.GridY = after.GridY;
     m_state.SnapToGrid = after.SnapToGrid;

@@ -82,10 +82,11 @@ void frmMain::refreshWindowList()
 void frmMain::wireHelpMenu()
 {
     wire(QStringLiteral("mnuhelp(9)"), [this] {
-        m_services.prompt.MsgBox(tr("Velunta %1\n\nA paint program for beginners, children and hobby painters.\n\n"
-                                    "Zolvane")
-                                     .arg(QStringLiteral(VELUNTA_VERSION)),
-                                 vbInformation, tr("About Velunta"));
+        m_services.prompt.MsgBox(
+            tr("Velunta %1\n\nA paint program for beginners, children and hobby painters.\n\n"
+               "Zolvane")
+                .arg(QStringLiteral(VELUNTA_VERSION)),
+            vbInformation, tr("About Velunta"));
     });
     action(QStringLiteral("mnuhelp(9)"))->setEnabled(true);
 }

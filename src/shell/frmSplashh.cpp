@@ -56,7 +56,10 @@ void frmSplashh::setStatus(const QString& text)
     repaint();
 }
 
-QString frmSplashh::status() const { return m_status->text(); }
+QString frmSplashh::status() const
+{
+    return m_status->text();
+}
 
 void frmSplashh::paintEvent(QPaintEvent*)
 {

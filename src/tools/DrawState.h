@@ -23,7 +23,7 @@ struct SelectorValue {
 
 // The 21 tool option values; the first 16 are the selectors' values.
 inline constexpr std::array<std::int16_t, 21> kToolOptionDefaults = {50, 75, 6, 10, 2, 1, 1, 12, 6, 1, 10,
-                                                                     75, 6, 3, 10, 6, 0, 0, 0, 0, 0};
+                                                                     75, 6,  3, 10, 6, 0, 0, 0,  0, 0};
 
 struct DrawState {
     DrawState();
@@ -57,19 +57,19 @@ struct DrawState {
     int SelIndex = 0;
 
     // Options of the tool panels that tools read.
-    bool ScatterColors = false;   // chkRan
-    bool SmoothEdge = false;      // chkSmoothEdge
-    bool HardSpray = false;       // chkAirOldSchool
-    bool FloodFillBorder = false; // ChkFloodfill
+    bool ScatterColors = false;                      // chkRan
+    bool SmoothEdge = false;                         // chkSmoothEdge
+    bool HardSpray = false;                          // chkAirOldSchool
+    bool FloodFillBorder = false;                    // ChkFloodfill
     QString RoundCornersText = QStringLiteral("10"); // TxtRoundCorners
     QString ArrowSizeText = QStringLiteral("6");     // TxtArrowSize
     QString Size3DText = QStringLiteral("3");        // cmb3Dsize
-    bool AddNoise = false;        // OptNoise(1)
-    bool DoubleStep = false;      // OptStep(1)
-    bool FilterBaseColor = false; // chkFilter
-    bool SolidText = false;       // chkSolidText
-    bool TransparentText = false; // chkTransparentTXT
-    bool CenterText = false;      // OptCenterFont
+    bool AddNoise = false;                           // OptNoise(1)
+    bool DoubleStep = false;                         // OptStep(1)
+    bool FilterBaseColor = false;                    // chkFilter
+    bool SolidText = false;                          // chkSolidText
+    bool TransparentText = false;                    // chkTransparentTXT
+    bool CenterText = false;                         // OptCenterFont
     QString FontName = QStringLiteral("Arial");
     QString FontStyle = QStringLiteral("Normal");
 

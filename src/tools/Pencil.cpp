@@ -20,7 +20,10 @@ Color compose(double r, double g, double b)
     return RGB(channel(r), channel(g), channel(b));
 }
 
-int randomLevel(DrawState& st) { return I4(st.random.Rnd() * 255); }
+int randomLevel(DrawState& st)
+{
+    return I4(st.random.Rnd() * 255);
+}
 
 } // namespace
 
@@ -97,8 +100,8 @@ void PencilStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
         break;
     }
 
-    const bool moved = x + 0.5 < surface.CurrentX || x - 0.5 > surface.CurrentX || y + 0.5 < surface.CurrentY
-                       || y - 0.5 > surface.CurrentY;
+    const bool moved = x + 0.5 < surface.CurrentX || x - 0.5 > surface.CurrentX ||
+                       y + 0.5 < surface.CurrentY || y - 0.5 > surface.CurrentY;
     const bool selection = doc.SelectArea.Visible;
     const int whole = I4(size);
 

@@ -15,9 +15,15 @@ namespace velunta {
 
 namespace {
 
-bool snapWanted(const DrawState& st, const Document& doc) { return st.SnapToGrid || doc.SnapByKey; }
+bool snapWanted(const DrawState& st, const Document& doc)
+{
+    return st.SnapToGrid || doc.SnapByKey;
+}
 
-QString joined(int a, int b, const char* sep) { return QString::number(a) + QLatin1String(sep) + QString::number(b); }
+QString joined(int a, int b, const char* sep)
+{
+    return QString::number(a) + QLatin1String(sep) + QString::number(b);
+}
 
 } // namespace
 
@@ -48,7 +54,10 @@ void ZoomToolStep(ToolContext& ctx, Document& doc, bool in, float x, float y)
     ctx.host.ClearZoomOptions();
 }
 
-double ViewToImage(double view, double zoom) { return (view - zoom / 200.0) / zoom * 100.0; }
+double ViewToImage(double view, double zoom)
+{
+    return (view - zoom / 200.0) / zoom * 100.0;
+}
 
 void SnapPoint(float& x, float& y, int gridX, int gridY)
 {
@@ -83,8 +92,8 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         ctx.host.SetUndoEnabled(true);
         // No undo point starts for a stroke inside a floating selection. The release records
         // the stroke's result only when the press recorded what came before it.
-        if (!doc.SelectArea.Visible && st.NoUndoNextStroke == 0 && (tool >= 1 || st.CursorPanelVisible)
-            && !st.DetailPickerArmed && tool != 2 && tool != 8) {
+        if (!doc.SelectArea.Visible && st.NoUndoNextStroke == 0 && (tool >= 1 || st.CursorPanelVisible) &&
+            !st.DetailPickerArmed && tool != 2 && tool != 8) {
             ctx.host.PrepUndo();
             doc.BuffersChanged = ToolChangesPicture(tool, false);
         }
@@ -100,7 +109,8 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         doc.BufferSelected.CurrentY = doc.Buffer.CurrentY - doc.BufferSelected.Top;
         if (doc.SelectArea.Visible) {
             const Surface& sel = doc.BufferSelected;
-            if (sel.CurrentX < 0 || sel.CurrentY < 0 || sel.CurrentX > sel.Width() || sel.CurrentY > sel.Height()) {
+            if (sel.CurrentX < 0 || sel.CurrentY < 0 || sel.CurrentX > sel.Width() ||
+                sel.CurrentY > sel.Height()) {
                 DropSelection(doc);
                 ctx.host.SetAreaText(QStringLiteral("0 x 0"));
                 ctx.host.ShowCursorPanel(false);
@@ -153,14 +163,15 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
         // Tool 16's pointer shows no size.
         if (!(doc.viewWindow && doc.viewWindow->pointerShape() == 16)) {
             if (z == 100.0) {
-                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - x))) + QStringLiteral(" x ")
-                                     + QString::number(I2(std::abs(doc.StartY - y))));
+                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - x))) + QStringLiteral(" x ") +
+                                     QString::number(I2(std::abs(doc.StartY - y))));
             } else {
                 // 100 \ z is 0 above 100, so the read-out is 0 there; that is how it reads.
                 const int d = IntDiv(z, 200);
                 const int s = IntDiv(100, z);
-                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - (x - d) * s))) + QStringLiteral(" x ")
-                                     + QString::number(I2(std::abs(doc.StartY - (y - d) * s))));
+                ctx.host.SetAreaText(QString::number(I2(std::abs(doc.StartX - (x - d) * s))) +
+                                     QStringLiteral(" x ") +
+                                     QString::number(I2(std::abs(doc.StartY - (y - d) * s))));
             }
         }
     }
@@ -179,8 +190,8 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
         doc.PointerY = float(ViewToImage(y, z));
         if (doc.SelectArea.Visible) {
             const Surface& sel = doc.BufferSelected;
-            if (doc.PointerX - sel.Left > sel.Width() || doc.PointerY - sel.Top > sel.Height()
-                || doc.PointerX < sel.Left || doc.PointerY < sel.Top) {
+            if (doc.PointerX - sel.Left > sel.Width() || doc.PointerY - sel.Top > sel.Height() ||
+                doc.PointerX < sel.Left || doc.PointerY < sel.Top) {
                 if (doc.viewWindow)
                     doc.viewWindow->setPointerShape(-1);
                 return;
@@ -221,8 +232,8 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
     const int tool = st.CurrentTool;
     if (button == kLeftButton) {
         double zoom = doc.ZoomFactor;
-        ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom, doc.Drawing, 0,
-                     doc.ShiftDown);
+        ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom,
+                     doc.Drawing, 0, doc.ShiftDown);
         // The arguments go in x first although the routine takes y first; below 100 the
         // picture usually fits the view, so the bars stand at 0 either way.
         if (doc.ZoomFactor < 100 && doc.viewWindow)
@@ -259,8 +270,8 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
 {
     DrawState& st = ctx.state;
     const int tool = st.CurrentTool;
-    if (keyCode >= kKeyLeft && keyCode <= kKeyDown && (tool == 1 || tool == 6) && !doc.SelectArea.Visible
-        && doc.ZoomFactor == 100.0) {
+    if (keyCode >= kKeyLeft && keyCode <= kKeyDown && (tool == 1 || tool == 6) && !doc.SelectArea.Visible &&
+        doc.ZoomFactor == 100.0) {
         if (!doc.KeyPointerActive) {
             doc.KeyPointerX = doc.LastX;
             doc.KeyPointerY = doc.LastY;
@@ -325,8 +336,9 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
     static constexpr struct {
         int key;
         int tool;
-    } kToolKeys[] = {{'M', 5}, {'O', 7}, {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},  {'F', 3},  {'E', 10}, {'B', 9},
-                     {'S', 13}, {'T', 12}, {'+', 11}, {'Y', 8}, {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
+    } kToolKeys[] = {{'M', 5}, {'O', 7},  {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},
+                     {'F', 3}, {'E', 10}, {'B', 9},  {'S', 13}, {'T', 12}, {'+', 11},
+                     {'Y', 8}, {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
     for (const auto& k : kToolKeys) {
         if (k.key == keyCode) {
             ctx.host.SelectTool(k.tool);

@@ -31,8 +31,8 @@ void SetSelBak(Document& doc)
         return;
     Surface& back = doc.SelectedBack;
     back.setSize(doc.BufferSelected.Width(), doc.BufferSelected.Height());
-    BitBlt(back, 0, 0, doc.BufferSelected.ScaleWidth(), doc.BufferSelected.ScaleHeight(), doc.BufferSelected, 0, 0,
-           SRCCOPY);
+    BitBlt(back, 0, 0, doc.BufferSelected.ScaleWidth(), doc.BufferSelected.ScaleHeight(), doc.BufferSelected,
+           0, 0, SRCCOPY);
     doc.SelectionLifted = true;
 }
 
@@ -44,7 +44,8 @@ void DropSelection(Document& doc)
     doc.invalidateView();
 }
 
-void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom, bool drawing)
+void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom,
+                      bool drawing)
 {
     const double f = zoom / 100.0, k = 100.0 / zoom;
     RectOverlay& area = doc.SelectArea;
@@ -71,8 +72,8 @@ void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, 
         return;
     }
     // A click without a drag drops the marquee.
-    const bool still = surface.CurrentX < x + 1 && surface.CurrentX > x - 1 && surface.CurrentY < y + 1
-                       && surface.CurrentY > y - 1;
+    const bool still = surface.CurrentX < x + 1 && surface.CurrentX > x - 1 && surface.CurrentY < y + 1 &&
+                       surface.CurrentY > y - 1;
     if (still || surface.CurrentX == x || surface.CurrentY == y || area.Width <= 0 || area.Height <= 0) {
         DropSelection(doc);
         return;
@@ -171,7 +172,8 @@ void PlaceFloat(Document& doc, const QImage& picture)
     RectOverlay& area = doc.SelectArea;
     area.Move(viewLeft, viewTop, picture.width() * z / 100, picture.height() * z / 100);
     Surface& sel = doc.BufferSelected;
-    placeBoth(doc, area.Left / z * 100, area.Top / z * 100, I4(area.Width / z * 100), I4(area.Height / z * 100));
+    placeBoth(doc, area.Left / z * 100, area.Top / z * 100, I4(area.Width / z * 100),
+              I4(area.Height / z * 100));
     sel.setImage(picture.copy(0, 0, sel.Width(), sel.Height()));
     sel.CurrentX = doc.Buffer.CurrentX - area.Left / z * 100;
     sel.CurrentY = doc.Buffer.CurrentY - area.Top / z * 100;
@@ -195,7 +197,8 @@ int MixChannel(int over, int under, int ratio)
     return std::clamp(int(v), 0, 255);
 }
 
-bool PreviewFloat(Document& doc, bool transparent, Color key, bool blend, int ratio, const ProgressFn& progress)
+bool PreviewFloat(Document& doc, bool transparent, Color key, bool blend, int ratio,
+                  const ProgressFn& progress)
 {
     if (!doc.SelectArea.Visible)
         return true;
@@ -233,7 +236,10 @@ bool PreviewFloat(Document& doc, bool transparent, Color key, bool blend, int ra
     return true;
 }
 
-void KeepFloatPreview(Document& doc) { doc.FloatOriginal = QImage(); }
+void KeepFloatPreview(Document& doc)
+{
+    doc.FloatOriginal = QImage();
+}
 
 void CancelFloatPreview(Document& doc)
 {

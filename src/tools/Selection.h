@@ -16,9 +16,11 @@ class Surface;
 struct ToolContext;
 
 // Tool 5: the marquee follows the drag, clipped to the view; the release lifts the area.
-void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom, bool drawing);
+void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom,
+                      bool drawing);
 // Tool 0: drags a shown selection, restoring what it uncovers and saving what it covers.
-void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom, bool drawing);
+void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom,
+                   bool drawing);
 
 // Before the float's pixels change: SelectedBack takes them, once per lift.
 void SetSelBak(Document& doc);
@@ -34,7 +36,8 @@ void PlaceFloat(Document& doc, const QImage& picture);
 // The float's options, previewed over its own pixels: the key colour shows what lies
 // under it, and the blend mixes the float over what lies under it with the ratio
 // 0..255 (255 the float alone). `progress` may stop the work; returns false then.
-bool PreviewFloat(Document& doc, bool transparent, Color key, bool blend, int ratio, const ProgressFn& progress);
+bool PreviewFloat(Document& doc, bool transparent, Color key, bool blend, int ratio,
+                  const ProgressFn& progress);
 // "Apply to Selection": the preview becomes the float's own pixels.
 void KeepFloatPreview(Document& doc);
 // "Cancel": the float's own pixels come back.

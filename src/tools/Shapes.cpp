@@ -147,8 +147,9 @@ void LineTool(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, d
     // A click is one point in the line's width. The press lies half a pixel off at 100 %,
     // so ends that meet once rounded count as a click too: a line of no length would
     // show nothing, and an arrow of no length has no direction.
-    const bool sameEnds = selection ? I2(sel.CurrentX + g) == I2(x - sel.Left) && I2(sel.CurrentY + g) == I2(y - sel.Top)
-                                    : I2(cx) == x && I2(cy) == y;
+    const bool sameEnds =
+        selection ? I2(sel.CurrentX + g) == I2(x - sel.Left) && I2(sel.CurrentY + g) == I2(y - sel.Top)
+                  : I2(cx) == x && I2(cy) == y;
     const bool onePoint = sameEnds || !(x + g < cx || x - g > cx || y + g < cy || y - g > cy);
     if (onePoint) {
         if (!selection)

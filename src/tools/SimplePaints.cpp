@@ -3,9 +3,9 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
 #include "tools/ColorPicker.h"
 #include "tools/Crop.h"
+#include "tools/DrawState.h"
 #include "tools/Fill.h"
 #include "tools/Gradient.h"
 #include "tools/Pencil.h"
@@ -17,8 +17,8 @@
 
 namespace velunta {
 
-void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double& zoom, bool& drawing,
-                  int button, bool shift)
+void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double& zoom,
+                  bool& drawing, int button, bool shift)
 {
     DrawState& st = ctx.state;
     surface.ForeColor = st.ForeColor;

@@ -20,8 +20,8 @@ struct ToolContext {
 
 // Runs the current tool at image position x, y. `surface` is the document's Buffer.
 // `button` is the button of the event (the release passes 0).
-void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double& zoom, bool& drawing,
-                  int button, bool shift);
+void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double& zoom,
+                  bool& drawing, int button, bool shift);
 
 // Stamps a showing selection into `surface` (the one commit step of a floating
 // selection) and repaints the part of the view that changed.

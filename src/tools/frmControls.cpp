@@ -323,7 +323,10 @@ void frmControls::ShowPickedColor(Color c)
     m_rgb[2]->setText(none ? QString() : QString::number(ColorBlue(c)));
 }
 
-void frmControls::SetTransparencySwatch(Color c) { m_transparencyColor->setColor(c); }
+void frmControls::SetTransparencySwatch(Color c)
+{
+    m_transparencyColor->setColor(c);
+}
 
 void frmControls::SetReplaceSwatch(int index, Color c)
 {

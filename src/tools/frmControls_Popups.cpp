@@ -99,9 +99,15 @@ void frmControls::toggleList(PickList* list, QAbstractButton* opener, const QStr
     watchOutsideClicks();
 }
 
-void frmControls::ShowHideFonts() { toggleList(fonts(), m_cmdFont, m_state.FontName); }
+void frmControls::ShowHideFonts()
+{
+    toggleList(fonts(), m_cmdFont, m_state.FontName);
+}
 
-void frmControls::ShowHideFontStyle() { toggleList(fontStyles(), m_cmdFontStyle, m_state.FontStyle); }
+void frmControls::ShowHideFontStyle()
+{
+    toggleList(fontStyles(), m_cmdFontStyle, m_state.FontStyle);
+}
 
 void frmControls::closePopups()
 {

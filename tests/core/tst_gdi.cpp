@@ -196,8 +196,10 @@ private Q_SLOTS:
         QTest::newRow("two to three") << rb << QRect(0, 0, 3, 1) << QRect(0, 0, 2, 1) << QStringList{"rbb."};
         QTest::newRow("halved") << four << QRect(0, 0, 2, 1) << QRect(0, 0, 4, 1) << QStringList{"b#g#"};
         QTest::newRow("mirrored to") << rb << QRect(4, 0, -4, 1) << QRect(0, 0, 2, 1) << QStringList{"bbrr"};
-        QTest::newRow("mirrored from") << rb << QRect(0, 0, 4, 1) << QRect(2, 0, -2, 1) << QStringList{"bbrr"};
-        QTest::newRow("mirror in place") << four << QRect(4, 0, -4, 1) << QRect(0, 0, 4, 1) << QStringList{"#gbr"};
+        QTest::newRow("mirrored from")
+            << rb << QRect(0, 0, 4, 1) << QRect(2, 0, -2, 1) << QStringList{"bbrr"};
+        QTest::newRow("mirror in place")
+            << four << QRect(4, 0, -4, 1) << QRect(0, 0, 4, 1) << QStringList{"#gbr"};
         QTest::newRow("upside down") << QStringList{"r.", "b."} << QRect(0, 2, 2, -2) << QRect(0, 0, 1, 2)
                                      << QStringList{"bb", "rr"};
     }
@@ -362,7 +364,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("size"); // of the square picture looked at
         for (int width : {2, 3, 5, 8})
             for (const QLine& line : {QLine(3, 4, 17, 9), QLine(15, 2, 6, 18), QLine(-4, 10, 25, 12)})
-                QTest::addRow("%d, %d,%d to %d,%d", width, line.x1(), line.y1(), line.x2(), line.y2()) << width << line << 30;
+                QTest::addRow("%d, %d,%d to %d,%d", width, line.x1(), line.y1(), line.x2(), line.y2())
+                    << width << line << 30;
         // A row below the band where only the end disc reaches: its span once took the
         // band's stale limit and painted past the disc.
         QTest::newRow("8, the end disc's rows alone") << 8 << QLine(15, 2, 6, 18) << 30;
@@ -405,10 +408,13 @@ private Q_SLOTS:
                 QTest::addRow("random, width %d, set %d", width, set)
                     << width << QSize(70, 50) << randomSegments(random, 60, 70, 50);
         // One colour, one direction, first points on one row: one class, its members apart.
-        QTest::newRow("a class with gaps") << 3 << QSize(60, 30) << std::vector<LineSegment>{
+        QTest::newRow("a class with gaps")
+            << 3 << QSize(60, 30)
+            << std::vector<LineSegment>{
                    {2, 4, 9, 25, 0}, {20, 4, 27, 25, 0}, {11, 4, 18, 25, 0}, {45, 4, 52, 25, 0}};
         QTest::newRow("zero lengths and one colour")
-            << 3 << QSize(20, 20) << std::vector<LineSegment>{{5, 5, 5, 5, 0}, {2, 3, 17, 3, 0}, {9, 9, 9, 9, 0}};
+            << 3 << QSize(20, 20)
+            << std::vector<LineSegment>{{5, 5, 5, 5, 0}, {2, 3, 17, 3, 0}, {9, 9, 9, 9, 0}};
     }
     void linesPaintAsLineAfterLine()
     {
@@ -422,7 +428,8 @@ private Q_SLOTS:
         for (const LineSegment& g : segments)
             Line(oneByOne, g.x1, g.y1, g.x2, g.y2, g.color);
         QCOMPARE(DifferingPixels(together.Image(), oneByOne.Image()), 0);
-        QCOMPARE(QPointF(together.CurrentX, together.CurrentY), QPointF(oneByOne.CurrentX, oneByOne.CurrentY));
+        QCOMPARE(QPointF(together.CurrentX, together.CurrentY),
+                 QPointF(oneByOne.CurrentX, oneByOne.CurrentY));
         QVERIFY(together.touched().contains(oneByOne.touched()));
     }
 
@@ -475,7 +482,8 @@ private Q_SLOTS:
     void ellipseInsideBoxAndSymmetric_data()
     {
         QTest::addColumn<QSize>("size");
-        for (const QSize size : {QSize(11, 7), QSize(10, 10), QSize(1, 5), QSize(20, 3), QSize(2, 2), QSize(23, 18)})
+        for (const QSize size :
+             {QSize(11, 7), QSize(10, 10), QSize(1, 5), QSize(20, 3), QSize(2, 2), QSize(23, 18)})
             QTest::addRow("%dx%d", size.width(), size.height()) << size;
     }
     void ellipseInsideBoxAndSymmetric()

@@ -101,7 +101,8 @@ private Q_SLOTS:
     void restoresExactBytes()
     {
         Document doc;
-        doc.Buffer.setImage(MakeImage(33, 17, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); }));
+        doc.Buffer.setImage(
+            MakeImage(33, 17, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); }));
         const QImage original = doc.Buffer.Image().copy();
         UndoState undo;
         PrepUndo(undo, doc);

@@ -78,7 +78,8 @@ private Q_SLOTS:
         const QString alpha = QStringLiteral("-alpha set -channel A -fx i/w +channel");
         const auto row = [](const char* name, const char* file, const QString& args, int frame = 0,
                             int tol = 0) {
-            QTest::newRow(name) << QString::fromLatin1(file) << args.split(u' ', Qt::SkipEmptyParts) << frame << tol;
+            QTest::newRow(name) << QString::fromLatin1(file) << args.split(u' ', Qt::SkipEmptyParts) << frame
+                                << tol;
         };
         row("bmp 24", "b24.bmp", "BMP3:");
         row("bmp 32", "b32.bmp", "-alpha set -define bmp3:alpha=true BMP3:");
@@ -147,7 +148,8 @@ private Q_SLOTS:
                                           << QStringList{"##rr##", "r.rr##", "#r#r#r"};
         QTest::newRow("top-down 24") << bmpFile(2, -2, 40, 24, 0, {},
                                                 QByteArray::fromHex("0000FF FFFFFF 0000"
-                                                                    "000000 0000FF 0000")) << QStringList{"r.", "#r"};
+                                                                    "000000 0000FF 0000"))
+                                     << QStringList{"r.", "#r"};
         QTest::newRow("os2 2.x header")
             << bmpFile(2, 2, 64, 8, 0, palette, QByteArray::fromHex("0201 0000 0100 0000"))
             << QStringList{"#.", "r#"};
@@ -227,7 +229,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("number");
         QTest::newRow("missing") << m_dir.filePath(QStringLiteral("nothing.bmp")) << int(ErrFileNotFound);
         QTest::newRow("folder") << m_dir.path() << int(ErrFileAccess);
-        QTest::newRow("text") << write(QStringLiteral("text.bmp"), "just some text") << int(ErrInvalidPicture);
+        QTest::newRow("text") << write(QStringLiteral("text.bmp"), "just some text")
+                              << int(ErrInvalidPicture);
         QTest::newRow("empty") << write(QStringLiteral("empty.gif"), {}) << int(ErrInvalidPicture);
     }
     void notAPicture()

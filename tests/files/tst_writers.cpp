@@ -17,9 +17,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <QRandomGenerator>
 #include <csignal>
 #include <sys/resource.h>
-#include <QRandomGenerator>
 
 using namespace velunta;
 using namespace velunta::test;
@@ -29,7 +29,8 @@ namespace {
 // Smooth colours, the kind of picture JPEG is made for.
 QImage smooth(int w, int h)
 {
-    return MakeImage(w, h, [=](int x, int y) { return RGB(40 + 150 * x / w, 60 + 120 * y / h, 200 - 100 * x / w); });
+    return MakeImage(
+        w, h, [=](int x, int y) { return RGB(40 + 150 * x / w, 60 + 120 * y / h, 200 - 100 * x / w); });
 }
 
 bool save(const QString& writer, const QImage& image, const QString& path, QString* reason = nullptr,
@@ -86,7 +87,8 @@ QList<int> codesOf(const QByteArray& gif)
 class tst_Writers : public QObject {
     Q_OBJECT
     QTemporaryDir m_dir;
-    const QImage m_noise = MakeImage(300, 200, [](int x, int y) { return (x * 7919 + y * 104729) % 0xFFFFFF; });
+    const QImage m_noise =
+        MakeImage(300, 200, [](int x, int y) { return (x * 7919 + y * 104729) % 0xFFFFFF; });
 
     QByteArray jpeg(const QImage& image, int quality)
     {
@@ -139,7 +141,8 @@ private Q_SLOTS:
         // A region copy lands at the top left, that is at the end of the memory.
         QVERIFY(dib.Create(1, 1));
         dib.LoadPictureBlt(image, 2, 1);
-        QCOMPARE(QByteArray(reinterpret_cast<const char*>(dib.DIBSectionBitsPtr()), 3).toHex(), QByteArray("660a03"));
+        QCOMPARE(QByteArray(reinterpret_cast<const char*>(dib.DIBSectionBitsPtr()), 3).toHex(),
+                 QByteArray("660a03"));
     }
 
     void jpegDecodesWithDjpeg_data()
@@ -159,7 +162,8 @@ private Q_SLOTS:
         if (!HaveTool(QStringLiteral("djpeg")))
             QSKIP("djpeg is needed");
         jpeg(image, 90);
-        const QImage decoded = QImage::fromData(RunTool(QStringLiteral("djpeg"), {m_dir.filePath("q90.jpg")}), "PPM");
+        const QImage decoded =
+            QImage::fromData(RunTool(QStringLiteral("djpeg"), {m_dir.filePath("q90.jpg")}), "PPM");
         QCOMPARE(decoded.size(), image.size());
         QVERIFY2(Psnr(decoded, image) > 35, qPrintable(QString::number(Psnr(decoded, image))));
     }
@@ -183,9 +187,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("situation");
         QTest::addColumn<QString>("reason");
         for (const char* w : {"bmp", "gif", "jpeg"}) {
-            QTest::addRow("%s, read-only folder", w) << w << "read-only folder" << "Permission denied";
-            QTest::addRow("%s, disk full", w) << w << "disk full" << "File too large";
-            QTest::addRow("%s, parent is a file", w) << w << "parent is a file" << "Not a directory";
+            QTest::addRow("%s, read-only folder", w) << w << "read-only folder"
+                                                     << "Permission denied";
+            QTest::addRow("%s, disk full", w) << w << "disk full"
+                                              << "File too large";
+            QTest::addRow("%s, parent is a file", w) << w << "parent is a file"
+                                                     << "Not a directory";
         }
     }
     void oldFileSurvives()
@@ -291,9 +298,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("chosen");
         QTest::addColumn<QString>("proposal");
         QTest::addColumn<QString>("written");
-        QTest::newRow("a bmp becomes jpg") << "/p/photo.bmp - 100%" << "/p/out" << "/p/photo.jpg" << "/p/out.jpg";
-        QTest::newRow("new picture: the name is cut") << "Untitled - 100%" << "x.jpeg" << "Unti.jpg" << "x..jpg";
-        QTest::newRow("other zooms cut differently") << "/p/dog.jpg - 25%" << "a.jpg" << "/p/do.jpg" << "a.jpg";
+        QTest::newRow("a bmp becomes jpg") << "/p/photo.bmp - 100%"
+                                           << "/p/out"
+                                           << "/p/photo.jpg"
+                                           << "/p/out.jpg";
+        QTest::newRow("new picture: the name is cut") << "Untitled - 100%"
+                                                      << "x.jpeg"
+                                                      << "Unti.jpg"
+                                                      << "x..jpg";
+        QTest::newRow("other zooms cut differently") << "/p/dog.jpg - 25%"
+                                                     << "a.jpg"
+                                                     << "/p/do.jpg"
+                                                     << "a.jpg";
     }
     void exportNames()
     {
@@ -319,18 +335,21 @@ private Q_SLOTS:
                              << QByteArray::fromHex("2C 00000000 0100 0100 07 08 04 00010404 00 3B");
         // each row: clear, then the pixel: 256 124 256 4 256 0 257
         QTest::newRow("width 1") << ImageFromRows({".", "r", "#"}, {{u'r', RGB(255, 0, 0)}}) << false
-                                 << kNoColor << QByteArray("GIF87a") << QByteArray::fromHex(
+                                 << kNoColor << QByteArray("GIF87a")
+                                 << QByteArray::fromHex(
                                         "2C 00000000 0100 0300 07 08 08 00F90024001040 40 00 3B");
         // 256 124 4 256 4 124 257
         QTest::newRow("2x2") << ImageFromRows({".r", "r."}, {{u'r', RGB(255, 0, 0)}}) << false << kNoColor
                              << QByteArray("GIF87a")
                              << QByteArray::fromHex("2C 00000000 0200 0200 07 08 08 00F91000 48804F40 00 3B");
         // Pure red is cube entry 4.
-        QTest::newRow("transparent red") << black << true << RGB(255, 0, 0) << QByteArray("GIF89a")
+        QTest::newRow("transparent red")
+            << black << true << RGB(255, 0, 0) << QByteArray("GIF89a")
             << QByteArray::fromHex("21F904 09 0000 04 00"
                                    "2C 00000000 0100 0100 07 08 04 00010404 00 3B");
         // No cube entry is exactly 250, 0, 0: entry 0 becomes transparent.
-        QTest::newRow("no exact match") << black << true << RGB(250, 0, 0) << QByteArray("GIF89a")
+        QTest::newRow("no exact match")
+            << black << true << RGB(250, 0, 0) << QByteArray("GIF89a")
             << QByteArray::fromHex("21F904 09 0000 00 00"
                                    "2C 00000000 0100 0100 07 08 04 00010404 00 3B");
     }

@@ -46,7 +46,6 @@ private Q_SLOTS:
         QVERIFY(!f.main().Cmd(9)->isChecked());
         QVERIFY(f.main().Cmd(5)->isChecked());
         QCOMPARE(f.main().state().LastTool, 9);
-
     }
 
     void pointerEventsReachTheEngine()
@@ -92,8 +91,8 @@ private Q_SLOTS:
         QVERIFY(!m.action(QStringLiteral("mnugrabmask"))->isVisible());
         // Entries whose commands aren't built stay disabled, whatever the rules say.
         for (QAction* a : m.findChildren<QAction*>())
-            if (a->isEnabled() && !a->isSeparator() && !a->menu() && !a->objectName().isEmpty()
-                && !a->property("windowEntry").toBool())
+            if (a->isEnabled() && !a->isSeparator() && !a->menu() && !a->objectName().isEmpty() &&
+                !a->property("windowEntry").toBool())
                 QVERIFY2(m.isBuilt(a->objectName()), qPrintable(a->objectName()));
 
         form->doc.SelectArea.Visible = true;
@@ -117,7 +116,8 @@ private Q_SLOTS:
             QCOMPARE(m.CmdCommands(i)->isVisible(), i == 17);
         QVERIFY(m.CmdCommands(7)->isVisible());
         QVERIFY(!m.Cmd(17)->isVisible());
-        for (const char* name : {"mnuExport", "PasteSpecial", "Cascade", "menuExGridSetup", "mnuextra3", "niks7"})
+        for (const char* name :
+             {"mnuExport", "PasteSpecial", "Cascade", "menuExGridSetup", "mnuextra3", "niks7"})
             QVERIFY2(!m.action(QString::fromLatin1(name))->isVisible(), name);
         QVERIFY(!m.chkSnapGrid()->isVisible());
         kids->trigger();

@@ -83,10 +83,12 @@ private Q_SLOTS:
         QTest::addColumn<bool>("closes");
         QTest::addColumn<bool>("written");
         QTest::newRow("No: closes unsaved") << true << QList<int>{vbNo} << QString() << true << false;
-        QTest::newRow("Yes with a name: saved there") << true << QList<int>{vbYes} << QString() << true << true;
-        QTest::newRow("Yes, new, a name given: saved") << false << QList<int>{vbYes} << "new.bmp" << true << true;
-        QTest::newRow("Yes, new, cancelled, close anyway") << false << QList<int>{vbYes, vbYes} << QString() << true
-                                                           << false;
+        QTest::newRow("Yes with a name: saved there")
+            << true << QList<int>{vbYes} << QString() << true << true;
+        QTest::newRow("Yes, new, a name given: saved")
+            << false << QList<int>{vbYes} << "new.bmp" << true << true;
+        QTest::newRow("Yes, new, cancelled, close anyway")
+            << false << QList<int>{vbYes, vbYes} << QString() << true << false;
         QTest::newRow("Yes, new, cancelled, keep it")
             << false << QList<int>{vbYes, vbNo} << QString() << false << false;
     }
@@ -115,7 +117,8 @@ private Q_SLOTS:
         QCOMPARE(f.prompt.shown.first().text,
                  QStringLiteral("The image has been changed.\n\nDo you wish to save the changes?"));
         if (answers.size() > 1)
-            QCOMPARE(f.prompt.shown.last().text, QStringLiteral("File not saved.\n\nClose the image anyway?"));
+            QCOMPARE(f.prompt.shown.last().text,
+                     QStringLiteral("File not saved.\n\nClose the image anyway?"));
         QCOMPARE(QFile::exists(target), written);
         QCOMPARE(form->doc.Dirty, !written);
     }
@@ -181,7 +184,8 @@ private Q_SLOTS:
         if (accepted)
             QCOMPARE(dialog.quality(), quality);
         else
-            QCOMPARE(prompt.shown.first().text, QStringLiteral("Invalid JPG Quality factor (valid are 1...100)."));
+            QCOMPARE(prompt.shown.first().text,
+                     QStringLiteral("Invalid JPG Quality factor (valid are 1...100)."));
     }
 };
 

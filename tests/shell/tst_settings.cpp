@@ -17,7 +17,10 @@ using namespace velunta::test;
 
 namespace {
 
-QSettings store() { return QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta")); }
+QSettings store()
+{
+    return QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta"));
+}
 
 void closeWindow(frmMain& m)
 {
@@ -36,10 +39,13 @@ private Q_SLOTS:
         QSettings s = store();
         const QStringList keys = s.allKeys();
         const QString all = QStringLiteral(
-            "MainLeft MainTop MainWidth MainHeight AutoSizePos KidsMode FitBigImage MaxOnOpen StartBlankPage Version "
+            "MainLeft MainTop MainWidth MainHeight AutoSizePos KidsMode FitBigImage MaxOnOpen StartBlankPage "
+            "Version "
             "SelectedColor FrameColorSheme FormColorSheme CircleThickness LineThickness SelectedBackColor "
-            "UseGuideLines GuideLinesColor GridColor GuideLineStyle MRUD0 MRUD3 NewImageSize LastOptionValue0 "
-            "LastOptionValue15 TextFont TextStyle Blend SquareCorner ArrowSize DrawForeColor DrawBackColor GridX "
+            "UseGuideLines GuideLinesColor GridColor GuideLineStyle MRUD0 MRUD3 NewImageSize "
+            "LastOptionValue0 "
+            "LastOptionValue15 TextFont TextStyle Blend SquareCorner ArrowSize DrawForeColor DrawBackColor "
+            "GridX "
             "GridY SnapToGrid");
         for (const QString& key : all.split(u' '))
             QVERIFY2(keys.contains(key), qPrintable(key));
@@ -123,10 +129,16 @@ private Q_SLOTS:
         {
             QSettings s = store();
             s.clear();
-            for (const auto& [key, value] : {std::pair{"LastOptionValue4", "abc"}, {"LastOptionValue5", "99999"},
-                                             {"DrawForeColor", ""}, {"GridX", "99999999999"}, {"NewImageSize", "axb"},
-                                             {"GuideLineStyle", "9"}, {"AutoSizePos", "-1"}, {"MainLeft", "-3000"},
-                                             {"MainWidth", "lots"}, {"KidsMode", "maybe"}})
+            for (const auto& [key, value] : {std::pair{"LastOptionValue4", "abc"},
+                                             {"LastOptionValue5", "99999"},
+                                             {"DrawForeColor", ""},
+                                             {"GridX", "99999999999"},
+                                             {"NewImageSize", "axb"},
+                                             {"GuideLineStyle", "9"},
+                                             {"AutoSizePos", "-1"},
+                                             {"MainLeft", "-3000"},
+                                             {"MainWidth", "lots"},
+                                             {"KidsMode", "maybe"}})
                 s.setValue(QString::fromLatin1(key), QString::fromLatin1(value));
         }
         MainWindowFixture f(false);

@@ -51,7 +51,8 @@ public:
 
     Document& doc;
     DrawState* state = nullptr;
-    int prepUndoCalls = 0, undoBitmaps = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0, colorChanges = 0;
+    int prepUndoCalls = 0, undoBitmaps = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
+        colorChanges = 0;
     bool undoEnabled = false;
     QList<int> selected;
     QString coords, area, angle;

@@ -101,6 +101,9 @@ QByteArray ReadFile(const QString& path)
     return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
-bool HaveTool(const QString& program) { return !QStandardPaths::findExecutable(program).isEmpty(); }
+bool HaveTool(const QString& program)
+{
+    return !QStandardPaths::findExecutable(program).isEmpty();
+}
 
 } // namespace velunta::test

@@ -221,8 +221,8 @@ private Q_SLOTS:
         QWidget* block = sel->ScrollBlock();
         const QPoint grip(block->width() / 2, block->height() / 2);
         QTest::mousePress(block, Qt::LeftButton, {}, grip);
-        QMouseEvent move(QEvent::MouseMove, QPointF(grip + QPoint(1000, 0)), block->mapToGlobal(QPointF(grip)),
-                         Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+        QMouseEvent move(QEvent::MouseMove, QPointF(grip + QPoint(1000, 0)),
+                         block->mapToGlobal(QPointF(grip)), Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(block, &move);
         QCOMPARE(sel->thumbLeft(), sel->thumbMaximum());
         QCOMPARE(s.state.SelectorValues[2].Value, 100.0);
@@ -312,7 +312,8 @@ private Q_SLOTS:
         QCOMPARE(s.controls->control<QAbstractSlider>(QStringLiteral("ScrllBlend"))->value(), kept);
         QCOMPARE(s.prompt.shown.size(), blend ? 0 : 1);
         if (!blend) {
-            QCOMPARE(s.prompt.shown[0].text, QStringLiteral("Incorrect Blend value! Valid values are 0...100"));
+            QCOMPARE(s.prompt.shown[0].text,
+                     QStringLiteral("Incorrect Blend value! Valid values are 0...100"));
             QCOMPARE(box->text(), QStringLiteral("50"));
         }
     }
@@ -338,8 +339,10 @@ private Q_SLOTS:
                 !s.button(QStringLiteral("OptStep(0)"))->isChecked());
         QCOMPARE(s.pressed(QStringLiteral("Cmd2"), 6), QList<int>{2});
         QCOMPARE(s.pressed(QStringLiteral("OptFillStyle"), 8), QList<int>{5});
-        QCOMPARE(s.controls->control<QComboBox>(QStringLiteral("cmb3Dsize"))->currentText(), QStringLiteral("7"));
-        QCOMPARE(s.controls->control<QLabel>(QStringLiteral("lblFontStyle"))->text(), QStringLiteral("Italic"));
+        QCOMPARE(s.controls->control<QComboBox>(QStringLiteral("cmb3Dsize"))->currentText(),
+                 QStringLiteral("7"));
+        QCOMPARE(s.controls->control<QLabel>(QStringLiteral("lblFontStyle"))->text(),
+                 QStringLiteral("Italic"));
     }
 
     void operationsWaitUntilAvailable_data()
@@ -399,7 +402,9 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmPaint* form = f.newDocument(100, 50);
         frmControls& c = *f.main().controls();
-        const auto option = [&](int i) { return c.control<QAbstractButton>(QStringLiteral("optZoomss(%1)").arg(i)); };
+        const auto option = [&](int i) {
+            return c.control<QAbstractButton>(QStringLiteral("optZoomss(%1)").arg(i));
+        };
         f.main().Cmd(2)->click();
         QVERIFY(option(3)->isChecked());
         option(4)->click();

@@ -33,7 +33,8 @@ private Q_SLOTS:
                 MainWindowFixture::settle();
                 QTest::qWait(40);
             }
-            QVERIFY(m.screen()->grabWindow(m.winId(), r.x(), r.y(), r.width(), r.height())
+            QVERIFY(m.screen()
+                        ->grabWindow(m.winId(), r.x(), r.y(), r.width(), r.height())
                         .save(folder + u'/' + name + QStringLiteral(".png")));
         };
         const QRect strip(QPoint(0, c.mapTo(&m, QPoint(0, 0)).y()), QSize(m.width(), c.height()));

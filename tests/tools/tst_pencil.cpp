@@ -49,17 +49,18 @@ private Q_SLOTS:
                                     << QList<Color>{RGB(0, 27, 0), RGB(0, 29, 0), RGB(0, 31, 0)};
         QTest::newRow("deept blue, above 255 counts 255")
             << 3 << QList<int>{240, 2, 0} << QList<Color>{RGB(0, 0, 255), RGB(0, 0, 255), RGB(0, 0, 255)};
-        QTest::newRow("gray bounces at the top") << 8 << QList<int>{254, 2, 0}
-                                                 << QList<Color>{RGB(255, 255, 255), RGB(254, 254, 254),
-                                                                 RGB(252, 252, 252)};
-        QTest::newRow("gray bounces at the bottom") << 8 << QList<int>{1, -2, 0}
-                                                    << QList<Color>{RGB(3, 3, 3), RGB(5, 5, 5), RGB(7, 7, 7)};
+        QTest::newRow("gray bounces at the top")
+            << 8 << QList<int>{254, 2, 0}
+            << QList<Color>{RGB(255, 255, 255), RGB(254, 254, 254), RGB(252, 252, 252)};
+        QTest::newRow("gray bounces at the bottom")
+            << 8 << QList<int>{1, -2, 0} << QList<Color>{RGB(3, 3, 3), RGB(5, 5, 5), RGB(7, 7, 7)};
         QTest::newRow("blue pastel") << 5 << QList<int>{10, 2, 0}
                                      << QList<Color>{RGB(12, 255, 255), RGB(14, 255, 255), RGB(16, 255, 255)};
         QTest::newRow("pink pastel") << 6 << QList<int>{10, 2, 0}
                                      << QList<Color>{RGB(255, 12, 255), RGB(255, 14, 255), RGB(255, 16, 255)};
-        QTest::newRow("yellow pastel") << 7 << QList<int>{10, 2, 0}
-                                       << QList<Color>{RGB(255, 255, 12), RGB(255, 255, 14), RGB(255, 255, 16)};
+        QTest::newRow("yellow pastel")
+            << 7 << QList<int>{10, 2, 0}
+            << QList<Color>{RGB(255, 255, 12), RGB(255, 255, 14), RGB(255, 255, 16)};
         // Rainbow: the level step first (10 + 20), then each counter + 2 mod 255.
         QTest::newRow("rainbow") << 4 << QList<int>{10, 20, 30}
                                  << QList<Color>{RGB(32, 22, 32), RGB(56, 24, 34), RGB(82, 26, 36)};

@@ -184,8 +184,9 @@ private Q_SLOTS:
         const struct {
             char key;
             int tool;
-        } table[] = {{'M', 5},  {'O', 7},  {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},  {'F', 3},  {'E', 10}, {'B', 9},
-                     {'S', 13}, {'T', 12}, {'+', 11}, {'Y', 8},  {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
+        } table[] = {{'M', 5}, {'O', 7},  {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},
+                     {'F', 3}, {'E', 10}, {'B', 9},  {'S', 13}, {'T', 12}, {'+', 11},
+                     {'Y', 8}, {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
         for (const auto& row : table)
             QTest::newRow(QByteArray(1, row.key).constData()) << int(row.key) << row.tool;
     }

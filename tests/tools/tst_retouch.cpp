@@ -25,7 +25,10 @@ int sizeSelector(int tool)
 {
     return tool == 6 ? 2 : tool == 11 ? 3 : tool == 13 ? 8 : tool == 15 ? 10 : tool == 18 ? 12 : 15;
 }
-int pressureSelector(int tool) { return tool == 11 ? 1 : tool == 15 ? 11 : 0; }
+int pressureSelector(int tool)
+{
+    return tool == 11 ? 1 : tool == 15 ? 11 : 0;
+}
 
 // A bench of one colour (kNoColor: a colourful ramp) with `tool` of the given size.
 struct Brush : ToolBench {
@@ -128,10 +131,15 @@ private Q_SLOTS:
         QTest::addColumn<double>("pressure");
         QTest::addColumn<double>("size");
         // Size 1 has rings I4(0.5) = 0: the ring loop never runs.
-        const std::tuple<int, bool, const char*> ringsZero[] = {
-            {6, false, "soft spray"}, {6, true, "hard spray"}, {11, false, "brighten"},
-            {13, false, "blur"},      {15, false, "darken"},   {18, false, "dissolve"},
-            {18, true, "dissolve with noise"}, {19, false, "enhance"}, {19, true, "enhance, filter"}};
+        const std::tuple<int, bool, const char*> ringsZero[] = {{6, false, "soft spray"},
+                                                                {6, true, "hard spray"},
+                                                                {11, false, "brighten"},
+                                                                {13, false, "blur"},
+                                                                {15, false, "darken"},
+                                                                {18, false, "dissolve"},
+                                                                {18, true, "dissolve with noise"},
+                                                                {19, false, "enhance"},
+                                                                {19, true, "enhance, filter"}};
         for (const auto& [tool, option, name] : ringsZero)
             QTest::addRow("rings 0: %s", name) << tool << option << kNoColor << 100.0 << 1.0;
         // r = 2, steps = 1, step = 1: the whole dab mixes nothing in.
@@ -254,7 +262,8 @@ private Q_SLOTS:
         b.state.SelectorValues[13].Value = 999; // the caption counts, not the value
         b.state.SelectorValues[13].Caption = caption;
         b.dispatch(20, 15);
-        QCOMPARE(QList<Color>({b.at(20, 15), b.at(26, 15), b.at(27, 15)}), QList<Color>({after, after, before}));
+        QCOMPARE(QList<Color>({b.at(20, 15), b.at(26, 15), b.at(27, 15)}),
+                 QList<Color>({after, after, before}));
     }
 
     void dissolveNoiseStaysInItsRange()
@@ -283,11 +292,14 @@ private Q_SLOTS:
         QTest::addColumn<Color>("beside"); // the pixel right of the centre
         const Color before = RGB(90, 101, 250);
         QTest::newRow("filter, E = 0: nothing") << 0 << true << false << "0 " << before << before;
-        QTest::newRow("filter reds, E = 1") << 0 << true << false << "1 " << RGB(90, 50, 125) << RGB(90, 50, 125);
-        QTest::newRow("filter greens, E = 3") << 1 << true << false << "3" << RGB(22, 101, 62) << RGB(22, 101, 62);
-        QTest::newRow("reds + 10") << 0 << false << false << "10 " << RGB(100, 101, 250) << RGB(100, 101, 250);
-        QTest::newRow("blues + 10 caps at 255") << 2 << false << false << "10 " << RGB(90, 101, 255)
-                                                << RGB(90, 101, 255);
+        QTest::newRow("filter reds, E = 1")
+            << 0 << true << false << "1 " << RGB(90, 50, 125) << RGB(90, 50, 125);
+        QTest::newRow("filter greens, E = 3")
+            << 1 << true << false << "3" << RGB(22, 101, 62) << RGB(22, 101, 62);
+        QTest::newRow("reds + 10") << 0 << false << false << "10 " << RGB(100, 101, 250)
+                                   << RGB(100, 101, 250);
+        QTest::newRow("blues + 10 caps at 255")
+            << 2 << false << false << "10 " << RGB(90, 101, 255) << RGB(90, 101, 255);
         QTest::newRow("double step is a sieve") << 0 << true << true << "1" << RGB(90, 50, 125) << before;
     }
     void enhance()
@@ -304,7 +316,8 @@ private Q_SLOTS:
         b.state.DoubleStep = doubleStep;
         b.state.SelectorValues[14].Caption = caption;
         b.dispatch(20, 15);
-        QCOMPARE(QList<Color>({b.at(20, 15), b.at(22, 13), b.at(21, 15)}), QList<Color>({after, after, beside}));
+        QCOMPARE(QList<Color>({b.at(20, 15), b.at(22, 13), b.at(21, 15)}),
+                 QList<Color>({after, after, beside}));
     }
 
     void dabInsideSelectionPaintsTheSelection()
@@ -456,10 +469,12 @@ private Q_SLOTS:
         QTest::addColumn<QPointF>("press"); // image position of the pen
         QTest::addColumn<QPoint>("pointer");
         QTest::addColumn<QRectF>("box"); // in view pixels
-        QTest::newRow("dragged up and left") << 100.0 << QPointF(15, 20) << QPoint(5, 6) << QRectF(5, 6, 10, 14);
-        QTest::newRow("past the right and bottom") << 100.0 << QPointF(30, 20) << QPoint(55, 45)
-                                                   << QRectF(30, 20, 10, 10);
-        QTest::newRow("past the left and top") << 100.0 << QPointF(4, 3) << QPoint(-6, -2) << QRectF(0, 0, 4, 3);
+        QTest::newRow("dragged up and left")
+            << 100.0 << QPointF(15, 20) << QPoint(5, 6) << QRectF(5, 6, 10, 14);
+        QTest::newRow("past the right and bottom")
+            << 100.0 << QPointF(30, 20) << QPoint(55, 45) << QRectF(30, 20, 10, 10);
+        QTest::newRow("past the left and top")
+            << 100.0 << QPointF(4, 3) << QPoint(-6, -2) << QRectF(0, 0, 4, 3);
         QTest::newRow("zoom 200") << 200.0 << QPointF(5, 6) << QPoint(15, 20) << QRectF(10, 12, 20, 28);
     }
     void cropMarqueeStaysInTheView()

@@ -117,11 +117,13 @@ private Q_SLOTS:
         QTest::addColumn<bool>("blend");
         QTest::addColumn<int>("ratio");
         QTest::addColumn<Color>("result"); // at the float's key-coloured pixel
-        QTest::newRow("key that doesn't occur: unchanged") << true << RGB(1, 1, 1) << false << 0 << RGB(255, 0, 0);
+        QTest::newRow("key that doesn't occur: unchanged")
+            << true << RGB(1, 1, 1) << false << 0 << RGB(255, 0, 0);
         QTest::newRow("key shows what lies under") << true << RGB(255, 0, 0) << false << 0 << RGB(0, 0, 255);
         QTest::newRow("blend 255: the float alone") << false << kNoColor << true << 255 << RGB(255, 0, 0);
         QTest::newRow("blend 0: what lies under") << false << kNoColor << true << 0 << RGB(0, 0, 255);
-        QTest::newRow("blend 127: half way, half to even") << false << kNoColor << true << 127 << RGB(127, 0, 128);
+        QTest::newRow("blend 127: half way, half to even")
+            << false << kNoColor << true << 127 << RGB(127, 0, 128);
     }
     void preview()
     {

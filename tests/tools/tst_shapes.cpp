@@ -124,7 +124,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("arrow");
         QTest::addColumn<QPointF>("press");
         QTest::addColumn<QPoint>("release");
-        QTest::newRow("7, arrow style") << 7 << 1 << QPointF(15, 15) << QPoint(15, 15); // no arrow of no length
+        QTest::newRow("7, arrow style")
+            << 7 << 1 << QPointF(15, 15) << QPoint(15, 15); // no arrow of no length
         // A click at 100 %: the press reads half a pixel off, and the ends meet once rounded.
         QTest::newRow("a real click at 100 %") << 3 << 0 << QPointF(14.5, 14.5) << QPoint(14, 14);
         QTest::newRow("a real click, arrow style") << 3 << 1 << QPointF(14.5, 14.5) << QPoint(14, 14);
@@ -182,8 +183,10 @@ private Q_SLOTS:
         QTest::newRow("from bottom right") << 0 << "10" << QPointF(6, 5) << QPoint(2, 2) << box;
         QTest::newRow("from bottom left") << 0 << "10" << QPointF(2, 5) << QPoint(6, 2) << box;
         QTest::newRow("from top right") << 0 << "10" << QPointF(6, 2) << QPoint(2, 5) << box;
-        QTest::newRow("equal x draws nothing") << 0 << "10" << QPointF(4, 1) << QPoint(4, 6) << QStringList(7, empty);
-        QTest::newRow("equal y draws nothing") << 0 << "10" << QPointF(1, 3) << QPoint(8, 3) << QStringList(7, empty);
+        QTest::newRow("equal x draws nothing")
+            << 0 << "10" << QPointF(4, 1) << QPoint(4, 6) << QStringList(7, empty);
+        QTest::newRow("equal y draws nothing")
+            << 0 << "10" << QPointF(1, 3) << QPoint(8, 3) << QStringList(7, empty);
         QTest::newRow("fill only") << 2 << "10" << QPointF(6, 5) << QPoint(2, 2) << filled;
         QTest::newRow("round, no corner text: square") << 3 << "" << QPointF(2, 2) << QPoint(6, 5) << box;
     }
@@ -210,9 +213,9 @@ private Q_SLOTS:
         b.state.CurrentTool = 10;
         b.state.ShapeStyle = 2;
         QVERIFY(drag(b, {6, 4}, {30, 20}, 200));
-        QCOMPARE(
-            QRectF(b.doc.DrawCircle.Left, b.doc.DrawCircle.Top, b.doc.DrawCircle.Width, b.doc.DrawCircle.Height),
-            QRectF(12, 8, 48, 32));
+        QCOMPARE(QRectF(b.doc.DrawCircle.Left, b.doc.DrawCircle.Top, b.doc.DrawCircle.Width,
+                        b.doc.DrawCircle.Height),
+                 QRectF(12, 8, 48, 32));
         const Surface& s = b.doc.Buffer;
         QCOMPARE(inkBounds(s), QRect(QPoint(6, 4), QPoint(29, 19)));
         QVERIFY(GetPixel(s, 6, 4) != kInk && GetPixel(s, 29, 19) != kInk); // round
@@ -259,7 +262,8 @@ private Q_SLOTS:
         QTest::addColumn<QList<QPoint>>("points");
         QTest::addColumn<QString>("row");
         // No blue to stop at: the red wall is filled over as well.
-        QTest::newRow("to the foreground, none there: all") << true << QList<QPoint>{{3, 3}} << QString(24, u'#');
+        QTest::newRow("to the foreground, none there: all")
+            << true << QList<QPoint>{{3, 3}} << QString(24, u'#');
         QTest::newRow("the clicked colour")
             << false << QList<QPoint>{{3, 3}} << QString(10, u'#') + QString(14, u'.');
         QTest::newRow("a drag fills at every sample")
@@ -281,10 +285,13 @@ private Q_SLOTS:
         QTest::newRow("transparent") << 1 << QString(64, u'.');
         QTest::newRow("horizontal") << 2 << QString(24, u'.') + QString(8, u'#') + QString(32, u'.');
         QTest::newRow("vertical") << 3 << QStringLiteral("....#...").repeated(8);
-        QTest::newRow("upward diagonal") << 4 << ".......#......#......#......#......#......#......#......#.......";
-        QTest::newRow("downward diagonal") << 5 << "#........#........#........#........#........#........#........#";
+        QTest::newRow("upward diagonal")
+            << 4 << ".......#......#......#......#......#......#......#......#.......";
+        QTest::newRow("downward diagonal")
+            << 5 << "#........#........#........#........#........#........#........#";
         QTest::newRow("cross") << 6 << "....#.......#.......#...########....#.......#.......#.......#...";
-        QTest::newRow("diagonal cross") << 7 << "#......#.#....#...#..#.....##......##.....#..#...#....#.#......#";
+        QTest::newRow("diagonal cross")
+            << 7 << "#......#.#....#...#..#.....##......##.....#..#...#....#.#......#";
     }
     void patternCell()
     {

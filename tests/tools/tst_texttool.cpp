@@ -126,7 +126,8 @@ private Q_SLOTS:
         const QImage& picture = form->doc.Buffer.Image();
         const QRect ink = darkBounds(picture, picture.rect());
         const double f = zoom / 100;
-        QVERIFY(qAbs(ink.left() - inkInView.left() / f) <= 1.0 && qAbs(ink.top() - inkInView.top() / f) <= 1.0);
+        QVERIFY(qAbs(ink.left() - inkInView.left() / f) <= 1.0 &&
+                qAbs(ink.top() - inkInView.top() / f) <= 1.0);
         QVERIFY(form->doc.Dirty);
     }
 

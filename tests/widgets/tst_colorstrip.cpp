@@ -86,7 +86,8 @@ private Q_SLOTS:
         QTest::mouseMove(green, QPoint(green->width() + 40, grab.y()));
         // The thumb stops at the end of the track, where the formula gives 256 ...
         QCOMPARE(green->thumbLeft(), green->barLeft() + green->barWidth() - green->thumbWidth() / 2);
-        QCOMPARE(SliderValue(green->thumbLeft(), green->barLeft(), green->barWidth(), green->thumbWidth()), 256);
+        QCOMPARE(SliderValue(green->thumbLeft(), green->barLeft(), green->barWidth(), green->thumbWidth()),
+                 256);
         // ... and the box's change rule has cut it to 255 before the colour was taken.
         QCOMPARE(f.strip.lblcolor(1)->text(), QStringLiteral("255"));
         QCOMPARE(f.st.ForeColor, RGB(0, 255, 0));
@@ -196,7 +197,8 @@ private Q_SLOTS:
         });
         QTest::mouseDClick(cells, Qt::LeftButton, {}, at);
         QTest::mouseRelease(cells, Qt::LeftButton, {}, at);
-        QCOMPARE(QList<Color>({f.st.ForeColor, f.st.BackColor}), QList<Color>({RGB(9, 8, 7), RGB(200, 201, 202)}));
+        QCOMPARE(QList<Color>({f.st.ForeColor, f.st.BackColor}),
+                 QList<Color>({RGB(9, 8, 7), RGB(200, 201, 202)}));
         QCOMPARE(f.strip.ColorDialogResult, -1);
         QCOMPARE(cells->color(3), answer < 0 ? cellBefore : answer);
         const QByteArray text = ReadFile(f.appFolder() + QStringLiteral("UserColors.ini"));
@@ -467,8 +469,10 @@ private Q_SLOTS:
         // than one track pixel's worth.
         const int barWidth = 105, thumb = 10;
         for (int v = 0; v <= 255; ++v) {
-            const int back = std::min(255, SliderValue(ThumbLeftForValue(v, 5, barWidth, thumb), 5, barWidth, thumb));
-            QVERIFY2(std::abs(back - v) <= 3, qPrintable(QStringLiteral("%1 came back as %2").arg(v).arg(back)));
+            const int back =
+                std::min(255, SliderValue(ThumbLeftForValue(v, 5, barWidth, thumb), 5, barWidth, thumb));
+            QVERIFY2(std::abs(back - v) <= 3,
+                     qPrintable(QStringLiteral("%1 came back as %2").arg(v).arg(back)));
         }
         QCOMPARE(ThumbLeftForValue(255, 5, barWidth, thumb), barWidth);
         QCOMPARE(ThumbLeftForValue(0, 5, barWidth, thumb), 0);
@@ -479,10 +483,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<int>("value");
-        QTest::newRow("256 of the far right") << "256" << "255" << 255;
-        QTest::newRow("negative") << "-4" << "0" << 0;
-        QTest::newRow("empty waits for key up") << "" << "" << 0;
-        QTest::newRow("no number counts as 0") << "x" << "x" << 0;
+        QTest::newRow("256 of the far right") << "256"
+                                              << "255" << 255;
+        QTest::newRow("negative") << "-4"
+                                  << "0" << 0;
+        QTest::newRow("empty waits for key up") << ""
+                                                << "" << 0;
+        QTest::newRow("no number counts as 0") << "x"
+                                               << "x" << 0;
     }
     void boxText()
     {
@@ -498,12 +506,18 @@ private Q_SLOTS:
         QTest::addColumn<int>("color");
         QTest::addColumn<QString>("html");
         QTest::addColumn<QString>("typed"); // read back as `color`, or -1 when refused
-        QTest::newRow("red is the low byte") << RGB(255, 0, 0) << "#FF0000" << "#FF0000";
-        QTest::newRow("blue is the high byte") << RGB(0, 0, 255) << "#0000FF" << "  0000ff ";
-        QTest::newRow("mixed") << RGB(0x12, 0xAB, 0x0C) << "#12AB0C" << "12ab0c";
-        QTest::newRow("no colour reads as its last six digits") << -1 << "#FFFFFF" << "#FF80";
-        QTest::newRow("not hex") << -1 << "#FFFFFF" << "#GG0000";
-        QTest::newRow("too long") << -1 << "#FFFFFF" << "#FF80001";
+        QTest::newRow("red is the low byte") << RGB(255, 0, 0) << "#FF0000"
+                                             << "#FF0000";
+        QTest::newRow("blue is the high byte") << RGB(0, 0, 255) << "#0000FF"
+                                               << "  0000ff ";
+        QTest::newRow("mixed") << RGB(0x12, 0xAB, 0x0C) << "#12AB0C"
+                               << "12ab0c";
+        QTest::newRow("no colour reads as its last six digits") << -1 << "#FFFFFF"
+                                                                << "#FF80";
+        QTest::newRow("not hex") << -1 << "#FFFFFF"
+                                 << "#GG0000";
+        QTest::newRow("too long") << -1 << "#FFFFFF"
+                                  << "#FF80001";
     }
     void html()
     {
@@ -524,9 +538,10 @@ private Q_SLOTS:
         QTest::newRow("black to white") << 0 << 0xFFFFFF << RGB(3, 3, 3) << 0xFFFFFF;
         QTest::newRow("white to black") << 0xFFFFFF << 0 << RGB(252, 252, 252) << 0;
         // Only the channels that differ step: red falls 2 a column, green and blue stay.
-        QTest::newRow("one channel") << RGB(200, 40, 90) << RGB(0, 40, 90) << RGB(198, 40, 90) << RGB(0, 40, 90);
-        QTest::newRow("equal colours: one colour") << RGB(10, 200, 30) << RGB(10, 200, 30) << RGB(10, 200, 30)
-                                                   << RGB(10, 200, 30);
+        QTest::newRow("one channel") << RGB(200, 40, 90) << RGB(0, 40, 90) << RGB(198, 40, 90)
+                                     << RGB(0, 40, 90);
+        QTest::newRow("equal colours: one colour")
+            << RGB(10, 200, 30) << RGB(10, 200, 30) << RGB(10, 200, 30) << RGB(10, 200, 30);
     }
     void gradientFirstColumnIsOneStepFromForeground()
     {
@@ -570,7 +585,8 @@ private Q_SLOTS:
         QTest::newRow("five numbers")
             << QByteArray("[User Defined Colors]\r\n 1 \r\n 2 \r\n 3 \r\n 4 \r\n 5 \r\n") << 5;
         QTest::newRow("unix line ends") << QByteArray("[User Defined Colors]\n 1 \n 2 \n") << 2;
-        QTest::newRow("stops at a bad number") << QByteArray("[User Defined Colors]\r\n 1 \r\n red \r\n 3 \r\n") << 1;
+        QTest::newRow("stops at a bad number")
+            << QByteArray("[User Defined Colors]\r\n 1 \r\n red \r\n 3 \r\n") << 1;
         QTest::newRow("stops at a colour out of range")
             << QByteArray("[User Defined Colors]\r\n 1 \r\n 16777216 \r\n") << 1;
     }

@@ -86,7 +86,8 @@ private Q_SLOTS:
             const QSize size = QSvgRenderer(u":/icons/"_s + svg).defaultSize();
             const bool cursor = group == u"cursor"_s;
             const QColor panel(185, 214, 249), second = cursor ? Qt::black : Qt::white;
-            const QList<QColor> backs{cursor ? Qt::white : panel, second, cursor ? Qt::white : panel, second, panel};
+            const QList<QColor> backs{cursor ? Qt::white : panel, second, cursor ? Qt::white : panel, second,
+                                      panel};
             const int count = cursor ? 4 : 5, w = 8 * count + (count + 2) * size.width();
             if (x + w > sheet.width() || (group != lastGroup && x > 6))
                 x = 6, y += rowHeight + 6, rowHeight = 0;
