@@ -5,10 +5,10 @@
 // that documents and tools report to.
 
 #include "document/DocumentHost.h"
+#include "document/DrawState.h"
+#include "document/ToolContext.h"
+#include "document/ToolHost.h"
 #include "document/UndoRing.h"
-#include "tools/DrawState.h"
-#include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -80,7 +80,6 @@ public:
     // Undo that the ring doesn't cover: the resize undo file and the saved picture.
     void UndoResize_Click();
     void RevertSaved(const QString& path);
-    void SaveUndoBitmap();
     void mnuundorevert_Click();
 
     // Selection and clipboard.
@@ -190,10 +189,19 @@ public:
     QCheckBox* chkSnapGrid() const { return m_chkSnapGrid; }
     bool isBuilt(const QString& actionName) const;
 
-    // ToolHost
+    // CommandHost
+    Document* ActiveDocument() override;
     void PrepUndo() override;
-    void StrokeEnded() override { m_undo.UndoSuppressed = false; }
+    void SetSelBak() override;
+    void SaveUndoBitmap() override;
     void ValidateMenus() override;
+    void PictureResized() override;
+    void BeginBusy(bool progress) override;
+    bool StepProgress(double fraction) override;
+    void EndBusy() override;
+
+    // ToolHost
+    void StrokeEnded() override { m_undo.UndoSuppressed = false; }
     void SetUndoEnabled(bool enabled) override;
     bool UndoEnabled() const override;
     void Undo_Click() override;
@@ -209,7 +217,6 @@ public:
     bool ToggleSnapGrid() override;
     void ShowPickedColor(Color c) override;
     void SetAngleText(const QString& text, int alignment) override;
-    void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
     void ShowTransparencyColor(Color c) override;
     void ShowReplaceColor(int index, Color c) override;
@@ -304,6 +311,9 @@ private:
     Color m_previewKey = kNoColor;
     QHash<QString, std::function<void()>> m_operations;
     bool m_exiting = false;
+    // Busy states open now, and the one that started the progress strip (0: none).
+    int m_busyDepth = 0;
+    int m_progressDepth = 0;
 };
 
 } // namespace velunta

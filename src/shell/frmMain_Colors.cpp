@@ -3,6 +3,7 @@
 
 #include "shell/frmMain.h"
 
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -82,24 +83,10 @@ int frmMain::GetSelectedColor() const
 
 void frmMain::ChangePalette()
 {
-    frmPaint* form = activeDocument();
-    if (!form)
-        return;
-    Document& doc = form->doc;
-    PrepUndo();
     // Only the undo ring keeps the old colours: the resize undo file is left alone, so
     // "Undo Resize" still brings back the picture before the resize.
-    Surface& target = doc.SelectArea.Visible ? doc.BufferSelected : doc.Buffer;
-    setEnabled(false);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    ReduceToPalette(target.Image(), m_colorStrip->palette());
-    target.touchAll();
-    doc.Buffer.touchAll();
-    QApplication::restoreOverrideCursor();
-    setEnabled(true);
-    UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
-    form->invalidateView();
-    doc.SetDirtyTrue();
+    RunImageCommand(*this, {.name = "ChangePalette"},
+                    [&](ImageCommand& c) { ReduceToPalette(c.target().Image(), m_colorStrip->palette()); });
 }
 
 } // namespace velunta

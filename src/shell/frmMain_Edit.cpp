@@ -3,6 +3,7 @@
 #include "shell/frmMain.h"
 
 #include "core/Gdi.h"
+#include "document/UpdateView.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"

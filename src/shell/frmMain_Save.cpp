@@ -5,6 +5,7 @@
 
 #include "core/Numbers.h"
 #include "core/Prompt.h"
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
@@ -14,7 +15,6 @@
 #include "files/JpegWriter.h"
 #include "files/cDIBSection.h"
 #include "files/frmSaveGifs.h"
-#include "shell/ProgressStrip.h"
 #include "shell/Services.h"
 #include "widgets/Icons.h"
 
@@ -109,7 +109,8 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
     frmPaint* form = activeDocument();
     if (!form)
         return false;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    // A GIF is written row by row with the progress strip; Esc stops it.
+    BusyScope busy(*this, format == 3 || format == 4);
     QCoreApplication::processEvents();
     const QImage picture = form->doc.Buffer.Image().copy();
     QString reason;
@@ -120,7 +121,7 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
         cDIBSection dib;
         dib.CreateFromPicture(picture);
         if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &reason)) {
-            QApplication::restoreOverrideCursor();
+            busy.end();
             m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + reason,
                                      vbExclamation, QStringLiteral("Velunta"));
             m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName +
@@ -132,12 +133,10 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
         written = SaveBMP(picture, fileName, &reason);
     } else if (format == 3 || format == 4) {
         GIF gif;
-        m_progress->begin();
         written = gif.SaveGIF(picture, fileName, format == 4, format == 4 ? transparentColor : kNoColor,
-                              &reason, m_progress->callback());
-        m_progress->end();
+                              &reason, busy.progressFn());
     }
-    QApplication::restoreOverrideCursor();
+    busy.end();
     if (!written) {
         m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(errorNumberOf(reason)) +
                                      QStringLiteral(" - ") + reason,

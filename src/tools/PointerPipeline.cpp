@@ -3,11 +3,11 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/ColorPicker.h"
-#include "tools/DrawState.h"
 #include "tools/Selection.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <cmath>
 

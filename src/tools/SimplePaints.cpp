@@ -3,9 +3,10 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/ColorPicker.h"
 #include "tools/Crop.h"
-#include "tools/DrawState.h"
 #include "tools/Fill.h"
 #include "tools/Gradient.h"
 #include "tools/Pencil.h"
@@ -13,7 +14,6 @@
 #include "tools/Selection.h"
 #include "tools/Shapes.h"
 #include "tools/Text.h"
-#include "tools/ToolHost.h"
 
 namespace velunta {
 
@@ -75,17 +75,6 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     default:
         break;
     }
-}
-
-void UpdateView(Document& doc, Surface& surface, double /*x*/, double /*y*/, double /*zoom*/)
-{
-    if (doc.SelectArea.Visible) {
-        const Surface& sel = doc.BufferSelected;
-        BitBlt(surface, I4(sel.Left), I4(sel.Top), sel.Width(), sel.Height(), sel, 0, 0, SRCCOPY);
-    }
-    const QRect touched = surface.takeTouched();
-    if (!touched.isEmpty())
-        doc.invalidateImageRect(touched);
 }
 
 bool ToolChangesPicture(int tool, bool selectionVisible)

@@ -3,7 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Prompt.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmFontStyle.h"
 #include "tools/frmFonts.h"

@@ -2,7 +2,7 @@
 // most two rows each, a caption right-aligned before its control, so the rows line
 // up from panel to panel; a column of one row stands in the middle of the strip.
 
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmControls.h"
 #include "widgets/Icons.h"

@@ -1,6 +1,6 @@
 // The option panels of the twenty tools, column by column.
 
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmControls.h"
 #include "widgets/Icons.h"
