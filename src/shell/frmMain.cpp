@@ -133,14 +133,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
         makeReadout(QStringLiteral("lblArea"), tr("Size of the selection or shape"), QStringLiteral("0 x 0"));
     m_lblImgSize = makeReadout(QStringLiteral("lblImgSize"), tr("Picture size"), QString());
 
-    wireFileMenu();
-    wireEditMenu();
-    wireSaveCommands();
-    wireSettingsMenu();
-    wireClipboard();
-    wireViewMenu();
-    wireWindowMenu();
-    wireHelpMenu();
+    wireCommandBar();
 
     connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmMain::documentActivated);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
@@ -148,6 +141,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     wireControls();
     wireSelectionOptions();
     wireText();
+    ValidateMenus();
 }
 
 frmMain::~frmMain()
@@ -187,11 +181,11 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     m_controls->SetBlendText(QStringLiteral("50"));
     m_state.SelectionBlend = 128;
 
-    if (action(QStringLiteral("mnuKidsMode"))->isChecked())
+    if (action(MenuId::mnuKidsMode)->isChecked())
         KidsMode();
     if (StartBlankPage) {
         guarded("StartWithBlankPage", [&] { StartWithBlankPage(); });
-        action(QStringLiteral("mnustartblankpage"))->setChecked(true);
+        action(MenuId::mnustartblankpage)->setChecked(true);
     }
     // The second read, then a save: a first run writes every key with its default.
     guarded("GetSettings", [&] {

@@ -9,6 +9,7 @@
 #include "document/ToolContext.h"
 #include "document/ToolHost.h"
 #include "document/UndoRing.h"
+#include "shell/MenuTable.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -16,6 +17,8 @@
 
 #include <array>
 #include <functional>
+#include <span>
+#include <vector>
 
 class QLabel;
 class QMdiArea;
@@ -64,6 +67,8 @@ public:
     void Exit_Click();
     void StartWithBlankPage();
     void CmdCommands_Click(int index);
+    // The toolbar's "undo to last saved": the saved picture comes back as an undo step.
+    void RevertSavedAndRecord();
     // Files dropped on the main window: the first one opens.
     bool MDIForm_OLEDragDrop(const QMimeData& data);
     void Cmd_DblClick(int index);
@@ -76,6 +81,10 @@ public:
     void SaveSettings(bool drawPart);
     void LoadLastDrawSettings();
     void RestoreDefaultSettings();
+    // Extra: save the draw presets now, load them back, and remember the window's place.
+    void mnuextra1_Click();
+    void mnuextra2_Click();
+    void mnuWindowAutoSizePosition_Click();
 
     // Undo that the ring doesn't cover: the resize undo file and the saved picture.
     void UndoResize_Click();
@@ -89,6 +98,8 @@ public:
     void PasteSpecial_Click();
     void SelectAll_Click();
     void ClearSelection_Click();
+    // Grab Selection/mask: the pointer tool, which drags the selection.
+    void mnugrabmask_Click();
     // The floating selection's options: the key colour made transparent and the blend
     // over what lies under it (ratio 0..255), previewed over the float's own pixels.
     bool PreviewSelectionOptions(bool transparent, Color key, bool blend, int ratio);
@@ -126,8 +137,22 @@ public:
     void mnuHideToolbar_Click();
     void mnuZooms_Click(int index);
     void mnuView_Click();
+    void mnuShowGrid_Click();
+    void menuExGridSnap_Click();
+    void mnuGuideLines_Click();
+    void mnuGuideLinecolor_Click();
     void mnuGuideLineStyles_Click(int index);
     void menuExGridSetup_Click();
+    // The marks of the View menu's options, kept in their fields.
+    void mnufitbigimages_Click();
+    void mnumaximizeonopen_Click();
+    void mnustartblankpage_Click();
+    // The Window menu: tile the pictures one above the other, side by side, or cascade them.
+    void ArrHorizontal_Click();
+    void ArrVertival_Click();
+    void Cascade_Click();
+    // The Help menu's entries, by index (9: About).
+    void mnuhelp_Click(int index);
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
@@ -177,7 +202,16 @@ public:
     frmControls* controls() const { return m_controls; }
     ProgressStrip* progress() const { return m_progress; }
 
-    // Named parts, as the program refers to them.
+    // The rows of the menus and of the toolbar (shell/MenuTable.h).
+    static std::span<const MenuRow> MenuRows();
+    static std::span<const ToolbarRow> ToolbarRows();
+
+    // Named parts, as the program refers to them. A menu entry by its id and its index
+    // in a control array (mnuZooms(100) is action(MenuId::mnuZooms, 100)); by its
+    // object name for the panels' named operations and for tests.
+    QAction* action(MenuId id, int index = -1) const;
+    QMenu* menu(MenuId id) const;
+    bool isBuilt(MenuId id, int index = -1) const;
     QAction* action(const QString& name) const;
     QMenu* menu(const QString& name) const;
     QToolButton* CmdCommands(int index) const { return m_commands.at(index); }
@@ -187,7 +221,7 @@ public:
     QLabel* lblImgSize() const { return m_lblImgSize; }
     QWidget* Picbuttons() const { return m_picbuttons; }
     QCheckBox* chkSnapGrid() const { return m_chkSnapGrid; }
-    bool isBuilt(const QString& actionName) const;
+    bool isBuilt(const QString& objectName) const;
 
     // CommandHost
     Document* ActiveDocument() override;
@@ -247,15 +281,8 @@ private:
     void buildToolStrip();
     void wireColors();
     void buildStatus();
-    void wireFileMenu();
-    void wireEditMenu();
-    void wireViewMenu();
-    void wireWindowMenu();
-    void wireHelpMenu();
-    void wireSaveCommands();
-    void wireSettingsMenu();
+    void wireCommandBar();
     void applyGuideLines();
-    void wireClipboard();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);
     void placeToolButtons();
@@ -269,14 +296,13 @@ private:
     void documentActivated(QMdiSubWindow* window);
 
     // Menu plumbing: a command is enabled only when it is built and its rule allows it.
-    QAction* addAction(QMenu* menu, const QString& name, const QString& caption, bool checkable = false);
-    void addSeparator(QMenu* menu, const QString& name);
-    QMenu* addSubmenu(QMenu* menu, const QString& name, const QString& caption);
-    void wire(const QString& name, const std::function<void()>& handler);
+    void runHandler(const MenuHandler& handler, int index);
+    int rowOf(MenuId id, int index) const;
+    void enable(MenuId id, bool on, int index = -1);
+    void enableRow(size_t row, bool on);
+    void showEntry(MenuId id, bool visible, int index = -1);
     void wireCommand(int index, const std::function<void()>& handler);
-    void enable(const QString& name, bool on);
     void enableCommand(int index, bool on);
-    void showEntry(const QString& name, bool visible);
     // Runs a command inside the guard: a fault ends it and the program runs on.
     void guarded(const char* step, const std::function<void()>& fn);
 
@@ -302,9 +328,10 @@ private:
     std::array<bool, 23> m_commandBuilt{};
     std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
     std::array<QToolButton*, 20> m_tools{};
+    std::vector<QAction*> m_rowActions; // by row of MenuRows()
+    QHash<quint32, int> m_rowOf;        // row by id and index
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
-    QStringList m_contextOnly;
     bool m_undoEnabled = false;
     std::array<QString, 4> m_recent;
     int MRUNext = 0;

@@ -87,10 +87,10 @@ protected:
     {
         if (e->button() == Qt::RightButton) {
             // The right button on the curve and line tools leads to their advanced editors.
-            if (m_index == 10 && m_main.isBuilt(QStringLiteral("mnuBezier")))
-                m_main.action(QStringLiteral("mnuBezier"))->trigger();
-            if (m_index == 14 && m_main.isBuilt(QStringLiteral("mnuPolygons")))
-                m_main.action(QStringLiteral("mnuPolygons"))->trigger();
+            if (m_index == 10 && m_main.isBuilt(MenuId::mnuBezier))
+                m_main.action(MenuId::mnuBezier)->trigger();
+            if (m_index == 14 && m_main.isBuilt(MenuId::mnuPolygons))
+                m_main.action(MenuId::mnuPolygons)->trigger();
             return;
         }
         QToolButton::mousePressEvent(e);
@@ -146,7 +146,7 @@ void frmMain::buildCommandBar()
     m_chkSnapGrid->setToolTip(tr("Snap to grid while drawing (Space)"));
     connect(m_chkSnapGrid, &QCheckBox::clicked, this, [this](bool on) {
         m_state.SnapToGrid = on;
-        action(QStringLiteral("menuExGridSnap"))->setChecked(on);
+        action(MenuId::menuExGridSnap)->setChecked(on);
     });
     layout->addWidget(m_chkSnapGrid);
     auto* logo = new QLabel(m_picbuttons);
@@ -217,8 +217,7 @@ void frmMain::buildToolStrip()
 
 void frmMain::placeToolButtons()
 {
-    const bool kids =
-        action(QStringLiteral("mnuKidsMode")) && action(QStringLiteral("mnuKidsMode"))->isChecked();
+    const bool kids = action(MenuId::mnuKidsMode)->isChecked();
     for (int i = 0; i < 20; ++i)
         m_toolGrid->removeWidget(m_tools[i]);
     for (int i = 0; i < 20; ++i) {

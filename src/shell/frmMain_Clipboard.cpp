@@ -17,23 +17,6 @@
 
 namespace velunta {
 
-void frmMain::wireClipboard()
-{
-    wire(QStringLiteral("Copy"), [this] { Copy_Click(); });
-    wire(QStringLiteral("mnuImgCopy"), [this] { Copy_Click(); });
-    wireCommand(3, [this] { Copy_Click(); });
-    wire(QStringLiteral("Cut"), [this] { Cut_Click(); });
-    wire(QStringLiteral("mnuImgCut"), [this] { Cut_Click(); });
-    wireCommand(4, [this] { Cut_Click(); });
-    wire(QStringLiteral("Paste"), [this] { Paste_Click(); });
-    wire(QStringLiteral("mnuImgPaste"), [this] { Paste_Click(); });
-    wireCommand(6, [this] { Paste_Click(); });
-    wire(QStringLiteral("PasteSpecial"), [this] { PasteSpecial_Click(); });
-    wire(QStringLiteral("SelectAll"), [this] { SelectAll_Click(); });
-    wire(QStringLiteral("ClearSelection"), [this] { ClearSelection_Click(); });
-    wire(QStringLiteral("mnugrabmask"), [this] { Cmd_Click(0); });
-}
-
 QImage frmMain::clipboardPicture() const
 {
     const QMimeData* data = QApplication::clipboard()->mimeData();
@@ -111,6 +94,11 @@ void frmMain::PasteSpecial_Click()
     form->doc.Name = QStringLiteral("Untitled");
     form->doc.SetCaption(QStringLiteral("Untitled"));
     showDocument(form, false);
+}
+
+void frmMain::mnugrabmask_Click()
+{
+    Cmd_Click(0);
 }
 
 void frmMain::SelectAll_Click()

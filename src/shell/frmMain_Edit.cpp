@@ -28,17 +28,10 @@ QString undoFile(const Services& services)
 
 } // namespace
 
-void frmMain::wireEditMenu()
+void frmMain::RevertSavedAndRecord()
 {
-    wire(QStringLiteral("Undo"), [this] { Undo_Click(); });
-    wire(QStringLiteral("mnuImgUndo"), [this] { Undo_Click(); });
-    wireCommand(7, [this] { Undo_Click(); });
-    wire(QStringLiteral("UndoResize"), [this] { UndoResize_Click(); });
-    wire(QStringLiteral("mnuundorevert"), [this] { mnuundorevert_Click(); });
-    wireCommand(17, [this] {
-        RevertSaved(QString());
-        PrepUndo();
-    });
+    RevertSaved(QString());
+    PrepUndo();
 }
 
 void frmMain::Undo_Click()
@@ -49,7 +42,7 @@ void frmMain::Undo_Click()
         return;
     DropSelection(form->doc);
     // A pending resize undo always goes first.
-    if (action(QStringLiteral("UndoResize"))->isEnabled()) {
+    if (action(MenuId::UndoResize)->isEnabled()) {
         UndoResize_Click();
         return;
     }
@@ -64,7 +57,7 @@ void frmMain::UndoResize_Click()
     const QFileInfo file(undoFile(m_services));
     frmPaint* form = activeDocument();
     if (!file.exists() || file.size() < kSmallestUndoFile || !form) {
-        enable(QStringLiteral("UndoResize"), false);
+        enable(MenuId::UndoResize, false);
         return;
     }
     const QImage picture = LoadPicture(file.filePath());
@@ -77,7 +70,7 @@ void frmMain::UndoResize_Click()
         SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") +
                          QString::number(picture.height()));
     }
-    enable(QStringLiteral("UndoResize"), false);
+    enable(MenuId::UndoResize, false);
 }
 
 void frmMain::RevertSaved(const QString& path)
@@ -117,7 +110,7 @@ void frmMain::SaveUndoBitmap()
         return;
     QString reason;
     if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services), &reason)) {
-        enable(QStringLiteral("UndoResize"), true);
+        enable(MenuId::UndoResize, true);
         enableCommand(7, true);
     }
 }

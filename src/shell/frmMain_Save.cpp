@@ -43,19 +43,6 @@ int errorNumberOf(const QString& reason)
 
 } // namespace
 
-void frmMain::wireSaveCommands()
-{
-    wire(QStringLiteral("Save"), [this] { Save_Click(); });
-    wireCommand(2, [this] { Save_Click(); });
-    wire(QStringLiteral("SaveAs"), [this] { SaveAs_Click(); });
-    wire(QStringLiteral("mnuExportBMP"), [this] { mnuExportBMP_Click(); });
-    wire(QStringLiteral("mnuExportJPG"), [this] { mnuExportJPG_Click(); });
-    wire(QStringLiteral("mnuExportGif"), [this] { mnuExportGif_Click(); });
-    wire(QStringLiteral("mnuProperties"), [this] { mnuProperties_Click(); });
-    for (int i = 0; i < 4; ++i)
-        wire(QStringLiteral("mnuMrud(%1)").arg(i), [this, i] { mnuMrud_Click(i); });
-}
-
 void frmMain::Save_Click()
 {
     frmPaint* form = activeDocument();
@@ -149,7 +136,7 @@ bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentC
     doc.Name = fileName;
     doc.SetCaption(fileName);
     doc.SetDirtyFalse();
-    enable(QStringLiteral("mnuundorevert"), true);
+    enable(MenuId::mnuundorevert, true);
     MRUDlist(2, fileName);
     return true;
 }

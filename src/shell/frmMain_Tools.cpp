@@ -72,12 +72,16 @@ void frmMain::Cmd_DblClick(int index)
 
 void frmMain::ShowImageContextMenu(Document& doc)
 {
-    for (const QString& name : m_contextOnly)
-        showEntry(name, true);
+    auto showContextEntries = [this](bool visible) {
+        const std::span<const MenuRow> rows = MenuRows();
+        for (size_t i = 0; i < rows.size(); ++i)
+            if (rows[i].flags & kContextOnly)
+                m_rowActions[i]->setVisible(visible);
+    };
+    showContextEntries(true);
     ValidateMenus();
-    menu(QStringLiteral("Image"))->exec(QCursor::pos());
-    for (const QString& name : m_contextOnly)
-        showEntry(name, false);
+    menu(MenuId::Image)->exec(QCursor::pos());
+    showContextEntries(false);
 }
 
 void frmMain::PrepUndo()
