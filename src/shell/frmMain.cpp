@@ -277,7 +277,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event)
         watched->objectName() == QLatin1String("LblTransparencyColor") &&
         static_cast<QWidget*>(watched)->isEnabled()) {
         m_state.TransparencyPickArmed = true;
-        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(8); }); });
+        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(kToolColorPicker); }); });
     }
     if (event->type() == QEvent::KeyPress && m_progress->isVisible()) {
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
@@ -299,7 +299,7 @@ void frmMain::TestDoEvents()
 
 QCursor frmMain::PointerCursor(int shape)
 {
-    if (shape < 0)
+    if (shape == kPointerArrow)
         return QCursor(Qt::ArrowCursor);
     return ToolCursor(shape);
 }

@@ -38,6 +38,7 @@ class frmPaint;
 class ProgressStrip;
 struct GridSettings;
 struct Services;
+enum class SaveFormat;
 
 // The size of the blank page at start: the room beside the bars, or 640 x 480 and its
 // frame (642 x 482) when the window is small.
@@ -121,9 +122,9 @@ public:
     // Files.
     void Save_Click();
     void SaveAs_Click();
-    // The one way pictures are written: format 1 JPEG, 2 BMP, 3 GIF, 4 GIF with a
-    // transparent colour. Quality 0 or less means 90. True when the file was written.
-    bool FileSaveAs(const QString& fileName, int format, Color transparentColor, int& quality);
+    // The one way pictures are written. Quality 0 or less means 90. True when the file
+    // was written.
+    bool FileSaveAs(const QString& fileName, SaveFormat format, Color transparentColor, int& quality);
     void mnuExportBMP_Click();
     void mnuExportJPG_Click();
     void mnuExportGif_Click();
@@ -190,7 +191,7 @@ public:
     int NewImageHeight = 480;
     int FrameColorSheme = 0;
     int FormColorSheme = 0;
-    // The save dialog's filter index and the format of Save: 1, 2 BMP, 3 JPEG, 4 GIF, 5 all files.
+    // The save dialog's filter index (SaveFilter), which is the format of Save too.
     int SaveFilterIndex = 0;
     // The JPEG quality last used in this run, if any.
     int LastJpegQuality = 0;
@@ -327,7 +328,7 @@ private:
     std::array<QToolButton*, 23> m_commands{};
     std::array<bool, 23> m_commandBuilt{};
     std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
-    std::array<QToolButton*, 20> m_tools{};
+    std::array<QToolButton*, kToolCount> m_tools{};
     std::vector<QAction*> m_rowActions; // by row of MenuRows()
     QHash<quint32, int> m_rowOf;        // row by id and index
     QHash<QString, QAction*> m_actions;

@@ -87,9 +87,9 @@ protected:
     {
         if (e->button() == Qt::RightButton) {
             // The right button on the curve and line tools leads to their advanced editors.
-            if (m_index == 10 && m_main.isBuilt(MenuId::mnuBezier))
+            if (m_index == kToolCircle && m_main.isBuilt(MenuId::mnuBezier))
                 m_main.action(MenuId::mnuBezier)->trigger();
-            if (m_index == 14 && m_main.isBuilt(MenuId::mnuPolygons))
+            if (m_index == kToolLine && m_main.isBuilt(MenuId::mnuPolygons))
                 m_main.action(MenuId::mnuPolygons)->trigger();
             return;
         }
@@ -223,15 +223,15 @@ void frmMain::placeToolButtons()
     for (int i = 0; i < 20; ++i) {
         int row = kToolPlace[i][0], col = kToolPlace[i][1];
         // In Easy Mode the colour replacer goes, and the colour picker takes its place.
-        if (kids && i == 8) {
-            row = kToolPlace[17][0];
-            col = kToolPlace[17][1];
+        if (kids && i == kToolColorPicker) {
+            row = kToolPlace[kToolColorReplacer][0];
+            col = kToolPlace[kToolColorReplacer][1];
         }
-        if (kids && i == 17)
+        if (kids && i == kToolColorReplacer)
             continue;
         m_toolGrid->addWidget(m_tools[i], row, col);
     }
-    m_tools[17]->setVisible(!kids);
+    m_tools[kToolColorReplacer]->setVisible(!kids);
 }
 
 } // namespace velunta

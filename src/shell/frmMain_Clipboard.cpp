@@ -98,7 +98,7 @@ void frmMain::PasteSpecial_Click()
 
 void frmMain::mnugrabmask_Click()
 {
-    Cmd_Click(0);
+    Cmd_Click(kToolPointer);
 }
 
 void frmMain::SelectAll_Click()

@@ -56,7 +56,8 @@ void frmMain::ColorsChanged()
         m_controls->ColorsChanged();
     // A new key colour picked for a transparent float shows at once; while the picker is
     // still down on the picture it waits, so the pick doesn't read its own preview.
-    if (m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey && m_state.CurrentTool != 8)
+    if (m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey &&
+        m_state.CurrentTool != kToolColorPicker)
         guarded("selection transparency", [&] { refreshSelectionPreview(); });
 }
 

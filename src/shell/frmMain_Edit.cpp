@@ -108,8 +108,7 @@ void frmMain::SaveUndoBitmap()
     frmPaint* form = activeDocument();
     if (!form)
         return;
-    QString reason;
-    if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services), &reason)) {
+    if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
         enable(MenuId::UndoResize, true);
         enableCommand(7, true);
     }

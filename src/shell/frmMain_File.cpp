@@ -175,15 +175,15 @@ void frmMain::Open_Click()
     showDocument(form, MaximizeOnOpen);
     enable(MenuId::mnuundorevert, true);
     PrepUndo();
-    if (m_state.CurrentTool == 2)
-        SelectTool(2);
+    if (m_state.CurrentTool == kToolZoom)
+        SelectTool(kToolZoom);
     MRUDlist(2, name);
     // A picture larger than the screen opens at 25% with the zoom tool, when asked to.
     const QSize screen = this->screen() ? this->screen()->size() : QSize(1 << 30, 1 << 30);
     if (FitBigImages &&
         (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
         QCoreApplication::processEvents();
-        SelectTool(2);
+        SelectTool(kToolZoom);
         form->PreDefZoom(25);
         m_controls->SetZoomOption(25);
     }

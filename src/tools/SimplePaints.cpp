@@ -23,55 +23,55 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     DrawState& st = ctx.state;
     surface.ForeColor = st.ForeColor;
     doc.BufferSelected.ForeColor = st.ForeColor;
-    if (st.CurrentTool > 19 || st.CurrentTool < 0)
+    if (st.CurrentTool >= kToolCount || st.CurrentTool < 0)
         return;
     switch (st.CurrentTool) {
-    case 0:
+    case kToolPointer:
         MoveSelection(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 1:
+    case kToolPencil:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
         break;
-    case 3:
+    case kToolFill:
         FillTool(ctx, doc, surface, x, y, zoom);
         break;
-    case 4:
+    case kToolGradient:
         GradientTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 5:
+    case kToolSelectArea:
         SelectAreaStroke(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 7:
+    case kToolCrop:
         CropStroke(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 8:
+    case kToolColorPicker:
         ColorPickerTool(ctx, doc, surface, x, y, button);
         break;
-    case 9:
+    case kToolRectangle:
         RectangleTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 10:
+    case kToolCircle:
         CircleTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 12:
+    case kToolText:
         TextTool(ctx, doc, surface, x, y, zoom);
         break;
-    case 14:
+    case kToolLine:
         LineTool(ctx, doc, surface, x, y, zoom, drawing, shift);
         break;
-    case 16:
+    case kToolRectangle3D:
         Rectangle3DTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 6:
-    case 11:
-    case 13:
-    case 15:
-    case 18:
-    case 19:
+    case kToolAirbrush:
+    case kToolBrighten:
+    case kToolBlur:
+    case kToolDarken:
+    case kToolDissolve:
+    case kToolEnhance:
         RetouchDab(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 2:  // the zoom tool acts in the release pipeline
-    case 17: // the colour replacer acts through its panel buttons
+    case kToolZoom:          // the zoom tool acts in the release pipeline
+    case kToolColorReplacer: // the colour replacer acts through its panel buttons
     default:
         break;
     }
@@ -80,13 +80,13 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
 bool ToolChangesPicture(int tool, bool selectionVisible)
 {
     switch (tool) {
-    case 0:
+    case kToolPointer:
         return selectionVisible;
-    case 2:
-    case 5:
-    case 8:
-    case 12:
-    case 17:
+    case kToolZoom:
+    case kToolSelectArea:
+    case kToolColorPicker:
+    case kToolText:
+    case kToolColorReplacer:
         return false;
     default:
         return true;

@@ -56,7 +56,7 @@ QString PanelCaption(int tool)
                                               "Lines",         "Darken Brush",
                                               "3D Rectangles", "Color replacer",
                                               "Dissolve",      "Enhance"};
-    return tool >= 0 && tool < 20 ? QString::fromLatin1(kCaptions[tool]) : QString();
+    return tool >= 0 && tool < kToolCount ? QString::fromLatin1(kCaptions[tool]) : QString();
 }
 
 frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m_state(state)
@@ -123,7 +123,7 @@ frmControls::~frmControls()
 
 void frmControls::ShowPanel(int tool)
 {
-    if (tool < 0 || tool >= 20)
+    if (tool < 0 || tool >= kToolCount)
         return;
     closePopups();
     m_stack->setCurrentIndex(tool);

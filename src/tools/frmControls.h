@@ -9,6 +9,7 @@
 // window says, through setOperationAvailable(), that the operation exists.
 
 #include "core/Color.h"
+#include "document/Tool.h"
 
 #include <QHash>
 #include <QPointer>
@@ -222,8 +223,8 @@ private:
     std::function<Document*()> m_documentSource;
     QPointer<QWidget> m_popupHost;
     QStackedWidget* m_stack = nullptr;
-    std::array<QWidget*, 20> m_panels{};
-    std::array<QHBoxLayout*, 20> m_options{};
+    std::array<QWidget*, kToolCount> m_panels{};
+    std::array<QHBoxLayout*, kToolCount> m_options{};
     std::array<StyleGroup, GroupCount> m_groups;
     std::array<QLabel*, 16> m_lblSelector{};
     std::array<QAbstractButton*, 16> m_dropDown{};
