@@ -65,10 +65,7 @@ void frmMain::UndoResize_Click()
         Document& doc = form->doc;
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
-        form->SizePaintArea();
-        form->RealignZoom(-1, -1);
-        SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") +
-                         QString::number(picture.height()));
+        PictureResized();
     }
     enable(MenuId::UndoResize, false);
 }
@@ -91,8 +88,7 @@ void frmMain::RevertSaved(const QString& path)
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
         doc.Buffer.Tag = doc.Name;
-        form->SizePaintArea();
-        form->RealignZoom(-1, -1);
+        PictureResized();
     }
     form->invalidateView();
     ValidateMenus();
