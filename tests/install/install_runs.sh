@@ -50,6 +50,13 @@ grep -q '^MimeType=.*image/bmp;.*image/jpeg;.*image/gif;.*image/png;.*image/x-ic
   "$prefix/share/applications/$id.desktop" || fail "the launcher misses a picture type"
 desktop-file-validate "$prefix/share/applications/$id.desktop" || fail "desktop-file-validate"
 appstreamcli validate --no-net "$prefix/share/metainfo/$id.metainfo.xml" || fail "appstreamcli validate"
+# What a desktop builds from the launcher to offer "Open with Velunta" for each type.
+if command -v update-desktop-database >/dev/null; then
+  update-desktop-database "$prefix/share/applications"
+  for type in image/bmp image/jpeg image/gif image/png image/x-icon image/wmf image/emf; do
+    grep -q "^$type=.*$id.desktop" "$prefix/share/applications/mimeinfo.cache" || fail "no Open with for $type"
+  done
+fi
 
 # An effect program as a package ships it; the installed program links it for the user.
 mkdir -p "$prefix/libexec/velunta/effects"
