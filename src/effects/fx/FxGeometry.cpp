@@ -43,6 +43,49 @@ void turn(double degrees, double& c, double& s)
     }
 }
 
+// Narrows xa..xb-1 to the columns x where the whole part of (f0 + x * step) / 2^32 lies
+// in lo..hi-1. Worked in 128 bits, so no position can overflow.
+void inside(std::int64_t f0, std::int64_t step, std::int64_t lo, std::int64_t hi, int& xa, int& xb)
+{
+    using Wide = __int128;
+    const Wide low = (Wide(lo) << 32) - f0, high = (Wide(hi) << 32) - f0; // low <= x * step < high
+    const auto floorDiv = [](Wide a, Wide b) { return a / b - ((a % b != 0) && ((a < 0) != (b < 0))); };
+    Wide first = xa, end = xb;
+    if (step == 0) {
+        if (low > 0 || high <= 0)
+            end = first;
+    } else if (step > 0) {
+        first = std::max(first, -floorDiv(-low, step)); // ceil(low / step)
+        end = std::min(end, -floorDiv(-high, step));
+    } else {
+        end = std::min(end, floorDiv(low, step) + 1);
+        first = std::max(first, floorDiv(high, step) + 1);
+    }
+    xa = int(first);
+    xb = int(std::max(first, end));
+}
+
+// Source pixels along a row: the pixel under position (fu, fv) in 32.32 fixed point,
+// stepping by (su, sv). Every position lies inside the source.
+FX_VECTORISED void sampleRow(const uchar* base, qsizetype stride, std::int64_t fu, std::int64_t fv,
+                             std::int64_t su, std::int64_t sv, QRgb* out, int n)
+{
+    for (int i = 0; i < n; ++i) {
+        out[i] = reinterpret_cast<const QRgb*>(base + qsizetype(fv >> 32) * stride)[fu >> 32] | kOpaque;
+        fu += su;
+        fv += sv;
+    }
+}
+
+// The samples laid over a row: the key colour left out, the rest mixed by alpha / 255.
+FX_VECTORISED void layRow(const QRgb* samples, QRgb* out, int n, QRgb key, std::uint32_t alpha)
+{
+    for (int i = 0; i < n; ++i) {
+        const QRgb q = samples[i];
+        out[i] = (q & 0x00FFFFFFu) == key ? out[i] : mixPixels(q, out[i], alpha);
+    }
+}
+
 struct Placement {
     double pivotX, pivotY;       // in the destination
     double cornerX, cornerY;     // the source point that pairs with destination 0, 0
@@ -91,49 +134,27 @@ bool draw(Surface& dst, const Surface& src, Placement p, const ProgressFn& progr
     const int alpha = std::min(p.blending, 255);
     const int width = out.width();
 
+    const bool plain = key == 0xFFFFFFFFu && alpha == 255;
     const bool done = forRows(0, out.height(), width, progress, [&](int y0, int y1) {
+        std::vector<QRgb> samples;
         for (int y = y0; y < y1; ++y) {
             const double yy = y + 0.5 - py;
             const double u0 = ox + (c * (0.5 - px) - s * yy) / zoom; // at x = 0
             const double v0 = oy + (s * (0.5 - px) + c * yy) / zoom;
-            // The columns whose source position can lie inside, found with a pixel to
-            // spare on each side; the exact test is made per pixel below.
-            double lo = -1, hi = width + 1.0;
-            const auto within = [&](double start, double step, double first, double end) {
-                if (std::abs(step) < 1e-12) {
-                    if (start < first - 1 || start > end + 1)
-                        hi = lo - 1;
-                    return;
-                }
-                double a = (first - start) / step, b = (end - start) / step;
-                if (a > b)
-                    std::swap(a, b);
-                lo = std::max(lo, a - 2);
-                hi = std::min(hi, b + 2);
-            };
-            within(u0, du, double(p.x0), double(p.x1));
-            within(v0, dv, double(p.y0), double(p.y1));
-            const int xa = int(std::max(0.0, std::ceil(lo)));
-            const int xb = int(std::min(double(width), std::floor(hi) + 1));
+            const std::int64_t fu0 = std::llround(u0 * kFixed), fv0 = std::llround(v0 * kFixed);
+            int xa = 0, xb = width;
+            inside(fu0, stepU, p.x0, p.x1, xa, xb);
+            inside(fv0, stepV, p.y0, p.y1, xa, xb);
             if (xa >= xb)
                 continue;
-            const std::int64_t fu0 = std::llround(u0 * kFixed), fv0 = std::llround(v0 * kFixed);
-            std::int64_t fu = fu0 + std::int64_t(xa) * stepU, fv = fv0 + std::int64_t(xa) * stepV;
-            QRgb* line = reinterpret_cast<QRgb*>(outBase + qsizetype(y) * outStride);
-            for (int x = xa; x < xb; ++x, fu += stepU, fv += stepV) {
-                const std::int64_t iu = fu >> 32, iv = fv >> 32;
-                if (iu < p.x0 || iu >= p.x1 || iv < p.y0 || iv >= p.y1)
-                    continue;
-                const QRgb q = reinterpret_cast<const QRgb*>(inBase + qsizetype(iv) * inStride)[iu];
-                if ((q & 0x00FFFFFFu) == key)
-                    continue;
-                if (alpha == 255) {
-                    line[x] = q | kOpaque;
-                } else {
-                    const QRgb b = line[x];
-                    line[x] = pack(mix255(red(q), red(b), alpha), mix255(green(q), green(b), alpha),
-                                   mix255(blue(q), blue(b), alpha));
-                }
+            QRgb* line = reinterpret_cast<QRgb*>(outBase + qsizetype(y) * outStride) + xa;
+            const std::int64_t fu = fu0 + std::int64_t(xa) * stepU, fv = fv0 + std::int64_t(xa) * stepV;
+            if (plain) {
+                sampleRow(inBase, inStride, fu, fv, stepU, stepV, line, xb - xa);
+            } else {
+                samples.resize(std::size_t(xb - xa));
+                sampleRow(inBase, inStride, fu, fv, stepU, stepV, samples.data(), xb - xa);
+                layRow(samples.data(), line, xb - xa, key, alpha);
             }
         }
     });

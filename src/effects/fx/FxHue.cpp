@@ -11,62 +11,53 @@ using namespace fxi;
 
 namespace {
 
+// a when c holds, else b, without a branch.
+inline int pick(bool c, int a, int b)
+{
+    return b ^ ((a ^ b) & -int(c));
+}
+
 // With chroma C = max - min, the hue of a pixel is a position h in 0..6C-1 around the
 // six sectors of the colour wheel (red, yellow, green, cyan, blue, magenta at 0, C,
-// 2C, ...). Turning adds a shift and wraps; value (max) and chroma stay.
+// 2C, ...). Turning adds round(turn * 6C) and wraps; value (max) and chroma stay.
 struct HueTurn {
-    int shift[256];         // the turn for each chroma, already in 0..6C-1
-    std::uint32_t inv[256]; // ceil(2^20 / C): h / C as a multiply and a shift for h < 6C
+    int shift[256]; // the turn for each chroma, already in 0..6C-1
+    int inv[256];   // ceil(2^20 / C): h / C as a multiply and a shift, exact for h < 12C
 
     explicit HueTurn(double turn)
     {
-        shift[0] = 0;
-        inv[0] = 0;
+        shift[0] = inv[0] = 0;
         for (int c = 1; c < 256; ++c) {
             const long whole = 6L * c;
-            long s = std::lround(turn * whole) % whole;
-            if (s < 0)
-                s += whole;
-            shift[c] = int(s);
-            inv[c] = ((1u << 20) + c - 1) / c;
-        }
-    }
-
-    QRgb operator()(QRgb p) const
-    {
-        const int r = red(p), g = green(p), b = blue(p);
-        const int hi = std::max({r, g, b}), lo = std::min({r, g, b});
-        const int c = hi - lo;
-        if (c == 0)
-            return p | kOpaque;
-        int h;
-        if (hi == r)
-            h = g >= b ? g - b : 6 * c - (b - g);
-        else if (hi == g)
-            h = 2 * c + b - r;
-        else
-            h = 4 * c + r - g;
-        h += shift[c];
-        if (h >= 6 * c)
-            h -= 6 * c;
-        const int sector = int((std::uint32_t(h) * inv[c]) >> 20);
-        const int f = h - sector * c;
-        switch (sector) {
-        case 0:
-            return pack(hi, lo + f, lo);
-        case 1:
-            return pack(hi - f, hi, lo);
-        case 2:
-            return pack(lo, hi, lo + f);
-        case 3:
-            return pack(lo, hi - f, hi);
-        case 4:
-            return pack(lo + f, lo, hi);
-        default:
-            return pack(hi, lo, hi - f);
+            const long s = std::lround(turn * double(whole)) % whole;
+            shift[c] = int(s < 0 ? s + whole : s);
+            inv[c] = ((1 << 20) + c - 1) / c;
         }
     }
 };
+
+// No branches, so the loop runs on whole vectors of pixels.
+FX_VECTORISED void hueRow(const QRgb* in, QRgb* out, int n, const int* __restrict shift,
+                          const int* __restrict inv)
+{
+    for (int i = 0; i < n; ++i) {
+        const QRgb p = in[i];
+        const int r = red(p), g = green(p), b = blue(p);
+        const int hi = std::max(r, std::max(g, b)), lo = std::min(r, std::min(g, b));
+        const int c = hi - lo, whole = 6 * c;
+        const int fromRed = pick(g >= b, g - b, whole - (b - g));
+        const int fromOther = pick(hi == g, 2 * c + b - r, 4 * c + r - g);
+        int h = pick(hi == r, fromRed, fromOther) + shift[c];
+        h -= pick(h >= whole, whole, 0);
+        const int k = (h * inv[c]) >> 20;
+        const int f = h - k * c;
+        const int up = lo + f, down = hi - f;
+        const int nr = pick((k == 0) | (k == 5), hi, pick(k == 1, down, pick(k == 4, up, lo)));
+        const int ng = pick((k == 1) | (k == 2), hi, pick(k == 0, up, pick(k == 3, down, lo)));
+        const int nb = pick((k == 3) | (k == 4), hi, pick(k == 2, up, pick(k == 5, down, lo)));
+        out[i] = c == 0 ? p : pack(nr, ng, nb);
+    }
+}
 
 } // namespace
 
@@ -76,8 +67,7 @@ bool fxHue(Surface& dst, FxRect d, const Surface& src, FxRect s, double hue, con
 {
     const HueTurn turn(clampArg(hue, -1.0, 1.0, 0.0) / 2.0);
     return runRows(dst, d, src, s, progress, [&turn](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i)
-            out[i] = turn(in[i]);
+        hueRow(in, out, n, turn.shift, turn.inv);
     });
 }
 

@@ -6,6 +6,7 @@
 #include "core/Gdi.h"
 #include "core/Surface.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace velunta {
@@ -30,32 +31,90 @@ int phase(std::int64_t p, std::int64_t origin, int period)
 // The colour laid over a pixel with `transparency`: 0 is the colour itself, 255 the
 // pixel unchanged.
 struct Veil {
-    int r, g, b, t;
+    QRgb colour;
+    std::uint32_t t;
     Veil(Color color, int transparency)
-        : r(fxGetRed(color)), g(fxGetGreen(color)), b(fxGetBlue(color)), t(clampArg(transparency, 0, 255))
+        : colour(ToQRgb(color)), t(std::uint32_t(clampArg(transparency, 0, 255)))
     {
-    }
-    QRgb over(QRgb p) const
-    {
-        return pack(mix255(red(p), r, t), mix255(green(p), g, t), mix255(blue(p), b, t));
     }
 };
+
+// The veil over the pixels whose mask is set (all of them without a mask).
+FX_VECTORISED void veilRow(const QRgb* in, QRgb* out, int n, const std::uint8_t* mask, QRgb colour,
+                           std::uint32_t t)
+{
+    if (!mask) {
+        for (int i = 0; i < n; ++i)
+            out[i] = mixPixels(in[i], colour, t);
+        return;
+    }
+    for (int i = 0; i < n; ++i)
+        out[i] = mask[i] ? mixPixels(in[i], colour, t) : in[i];
+}
+
+// Which of n columns from x fall on a line: on(phase) for the column's position from
+// origin, wrapped into 0..period-1.
+template <class On>
+void columnMask(std::vector<std::uint8_t>& mask, int n, int x, int origin, int period, On on)
+{
+    mask.resize(std::size_t(n));
+    int ph = phase(x, origin, period);
+    for (int i = 0; i < n; ++i) {
+        mask[std::size_t(i)] = on(ph);
+        ph = ph + 1 == period ? 0 : ph + 1;
+    }
+}
+
+FX_VECTORISED void blendRow(const QRgb* in, QRgb* out, int n, QRgb key, std::uint32_t alpha)
+{
+    for (int i = 0; i < n; ++i)
+        out[i] = (in[i] & 0x00FFFFFFu) == key ? out[i] : mixPixels(in[i], out[i], alpha);
+}
+
+// Adds the channels of a row to the column sums of its cell row.
+FX_VECTORISED void addColumns(const QRgb* in, std::uint32_t* r, std::uint32_t* g, std::uint32_t* b, int n)
+{
+    for (int i = 0; i < n; ++i) {
+        r[i] += red(in[i]);
+        g[i] += green(in[i]);
+        b[i] += blue(in[i]);
+    }
+}
+
+struct Spot {
+    float cx, cy;    // centre
+    float reach;     // where the light ends
+    float rampScale; // 1 / (reach - full) for the fade
+    float strength;  // intensity / 255
+    float dim;       // how much the unlit part darkens: 0, or strength / 2
+    int k[3];        // the light's colour
+};
+
+FX_VECTORISED void lightRow(const QRgb* in, QRgb* out, int n, int x0, int y, const Spot& s)
+{
+    const float dy = float(y) - s.cy;
+    for (int i = 0; i < n; ++i) {
+        const float dx = float(x0 + i) - s.cx;
+        const float t = std::clamp((s.reach - std::sqrt(dx * dx + dy * dy)) * s.rampScale, 0.0f, 1.0f);
+        const float f = t * t * (3 - 2 * t);
+        const int light = int(f * s.strength * 256 + 0.5f);
+        const int keep = 256 - int((1 - f) * s.dim * 256 + 0.5f);
+        const QRgb p = in[i];
+        out[i] = pack(std::min(255, ((red(p) * keep + 128) >> 8) + ((s.k[0] * light + 128) >> 8)),
+                      std::min(255, ((green(p) * keep + 128) >> 8) + ((s.k[1] * light + 128) >> 8)),
+                      std::min(255, ((blue(p) * keep + 128) >> 8) + ((s.k[2] * light + 128) >> 8)));
+    }
+}
 
 } // namespace
 
 bool fxAlphaBlend(Surface& dst, FxRect d, const Surface& src, FxRect s, int alpha, Color transparentColor,
                   const ProgressFn& progress)
 {
-    const int a = clampArg(alpha, 0, 255);
+    const std::uint32_t a = std::uint32_t(clampArg(alpha, 0, 255));
     const QRgb key = keyOf(transparentColor);
-    return runRows(dst, d, src, s, progress, [a, key](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i) {
-            const QRgb p = in[i], q = out[i];
-            if ((p & 0x00FFFFFFu) != key)
-                out[i] = pack(mix255(red(p), red(q), a), mix255(green(p), green(q), a),
-                              mix255(blue(p), blue(q), a));
-        }
-    });
+    return runRows(dst, d, src, s, progress,
+                   [a, key](const QRgb* in, QRgb* out, int n, int, int) { blendRow(in, out, n, key, a); });
 }
 
 // One-pixel lines every size + 1 pixels from the rectangle's corner, so `size` pixels
@@ -66,13 +125,11 @@ bool fxGridelines(Surface& dst, FxRect d, const Surface& src, FxRect s, Color co
     const Veil veil(color, transparency);
     const int period = clampArg(size, 0, 24) + 1;
     return runRows(dst, d, src, s, progress, [&](const QRgb* in, QRgb* out, int n, int x, int y) {
-        if (phase(y, d.y, period) == 0) {
-            for (int i = 0; i < n; ++i)
-                out[i] = veil.over(in[i]);
-            return;
-        }
-        for (int i = 0; i < n; ++i)
-            out[i] = phase(std::int64_t(x) + i, d.x, period) == 0 ? veil.over(in[i]) : in[i];
+        if (phase(y, d.y, period) == 0)
+            return veilRow(in, out, n, nullptr, veil.colour, veil.t);
+        thread_local std::vector<std::uint8_t> mask;
+        columnMask(mask, n, x, d.x, period, [](int ph) { return ph == 0; });
+        veilRow(in, out, n, mask.data(), veil.colour, veil.t);
     });
 }
 
@@ -86,12 +143,13 @@ bool fxScanlines(Surface& dst, FxRect d, const Surface& src, FxRect s, Color col
     const int band = clampArg(size, 0, 24);
     const bool rows = direction != 0;
     return runRows(dst, d, src, s, progress, [&](const QRgb* in, QRgb* out, int n, int x, int y) {
-        if (band == 0 || (rows && phase(y, d.y, 2 * band) >= band)) {
-            copyRow(in, out, n);
-            return;
-        }
-        for (int i = 0; i < n; ++i)
-            out[i] = rows || phase(std::int64_t(x) + i, d.x, 2 * band) < band ? veil.over(in[i]) : in[i];
+        if (band == 0 || (rows && phase(y, d.y, 2 * band) >= band))
+            return copyRow(in, out, n);
+        if (rows)
+            return veilRow(in, out, n, nullptr, veil.colour, veil.t);
+        thread_local std::vector<std::uint8_t> mask;
+        columnMask(mask, n, x, d.x, 2 * band, [band](int ph) { return ph < band; });
+        veilRow(in, out, n, mask.data(), veil.colour, veil.t);
     });
 }
 
@@ -108,45 +166,36 @@ bool fxMosaic(Surface& dst, FxRect d, const Surface& src, FxRect s, int size, co
     if (!makePlan(plan, dst, d, src, s, 0))
         return true;
     const QRect a = plan.area;
-
+    const int n = a.width();
     const int firstTop = a.top() - phase(a.top(), d.y, cell);
+    // Cell c covers columns edge(c)..edge(c + 1) - 1 of the rectangle's row.
     const int firstLeft = a.left() - phase(a.left(), d.x, cell);
     const int columns = (a.right() + 1 - firstLeft + cell - 1) / cell;
+    const auto edge = [&](int c) { return std::clamp(firstLeft + c * cell - a.left(), 0, n); };
     const bool done = forRows(
-        firstTop, a.bottom() + 1, std::int64_t(a.width()), progress,
+        firstTop, a.bottom() + 1, std::int64_t(n), progress,
         [&](int y0, int y1) {
-            std::vector<std::uint32_t> sums(std::size_t(columns) * 4);
+            std::vector<std::uint32_t> sums(std::size_t(3) * n);
+            std::uint32_t *r = sums.data(), *g = r + n, *b = g + n;
             std::vector<QRgb> scratch;
             for (int top = y0; top < y1; top += cell) {
                 const int r0 = std::max(top, a.top()), r1 = std::min(top + cell, a.bottom() + 1);
                 std::fill(sums.begin(), sums.end(), 0u);
-                for (int y = r0; y < r1; ++y) {
-                    const QRgb* in = plan.in.span(y + plan.dy, a.left() + plan.dx, a.width(), 0, scratch);
-                    for (int c = 0; c < columns; ++c) {
-                        const int x0 = std::max(firstLeft + c * cell, a.left()) - a.left();
-                        const int x1 = std::min(firstLeft + (c + 1) * cell, a.right() + 1) - a.left();
-                        std::uint32_t r = 0, g = 0, b = 0;
-                        for (int i = x0; i < x1; ++i) {
-                            r += red(in[i]);
-                            g += green(in[i]);
-                            b += blue(in[i]);
-                        }
-                        std::uint32_t* sum = &sums[std::size_t(c) * 4];
-                        sum[0] += r;
-                        sum[1] += g;
-                        sum[2] += b;
-                        sum[3] += std::uint32_t(x1 - x0);
-                    }
-                }
+                for (int y = r0; y < r1; ++y)
+                    addColumns(plan.in.span(y + plan.dy, a.left() + plan.dx, n, 0, scratch), r, g, b, n);
                 for (int c = 0; c < columns; ++c) {
-                    const std::uint32_t* sum = &sums[std::size_t(c) * 4];
-                    const std::uint32_t count = sum[3], half = count / 2;
-                    const QRgb average = pack(int((sum[0] + half) / count), int((sum[1] + half) / count),
-                                              int((sum[2] + half) / count));
-                    const int x0 = std::max(firstLeft + c * cell, a.left());
-                    const int x1 = std::min(firstLeft + (c + 1) * cell, a.right() + 1);
+                    const int x0 = edge(c), x1 = edge(c + 1);
+                    std::uint32_t sr = 0, sg = 0, sb = 0;
+                    for (int i = x0; i < x1; ++i) {
+                        sr += r[i];
+                        sg += g[i];
+                        sb += b[i];
+                    }
+                    const std::uint32_t count = std::uint32_t((x1 - x0) * (r1 - r0)), half = count / 2;
+                    const QRgb average =
+                        pack(int((sr + half) / count), int((sg + half) / count), int((sb + half) / count));
                     for (int y = r0; y < r1; ++y)
-                        std::fill(plan.outRow(y) + x0, plan.outRow(y) + x1, average);
+                        std::fill(plan.outRow(y) + a.left() + x0, plan.outRow(y) + a.left() + x1, average);
                 }
             }
         },
@@ -164,35 +213,23 @@ bool fxMosaic(Surface& dst, FxRect d, const Surface& src, FxRect s, int size, co
 bool fxLight(Surface& dst, int x, int y, Color color, int aperture, int intensity, int definition, int mode,
              FxRect area, const ProgressFn& progress)
 {
-    const int w = dst.ScaleWidth(), h = dst.ScaleHeight();
     if (area.width <= 0 || area.height <= 0)
         area = WholeOf(dst);
-    const double reach = clampArg(aperture, 0, 255) / 255.0 * std::hypot(double(w), double(h)) / 2.0;
-    const double full = reach * clampArg(definition, 0, 255) / 255.0;
-    const double strength = clampArg(intensity, 0, 255) / 255.0;
-    const int k[3] = {fxGetRed(color), fxGetGreen(color), fxGetBlue(color)};
-    const bool dims = mode != 0;
-    const double cx = x, cy = y;
-    return runRows(dst, area, dst, area, progress, [&](const QRgb* in, QRgb* out, int n, int x0, int row) {
-        const double dy = row - cy;
-        for (int i = 0; i < n; ++i) {
-            const double dx = x0 + i - cx;
-            const double dist = std::sqrt(dx * dx + dy * dy);
-            double f = 0;
-            if (dist <= full)
-                f = 1;
-            else if (dist < reach) {
-                const double t = (reach - dist) / (reach - full);
-                f = t * t * (3 - 2 * t);
-            }
-            const int light = int(std::lround(f * strength * 256));
-            const int keep = 256 - (dims ? int(std::lround((1 - f) * strength * 128)) : 0);
-            const QRgb p = in[i];
-            out[i] = pack(Clamp255(((red(p) * keep + 128) >> 8) + ((k[0] * light + 128) >> 8)),
-                          Clamp255(((green(p) * keep + 128) >> 8) + ((k[1] * light + 128) >> 8)),
-                          Clamp255(((blue(p) * keep + 128) >> 8) + ((k[2] * light + 128) >> 8)));
-        }
-    });
+    const float reach = float(clampArg(aperture, 0, 255) / 255.0 *
+                              std::hypot(double(dst.ScaleWidth()), double(dst.ScaleHeight())) / 2.0);
+    const float full = reach * float(clampArg(definition, 0, 255)) / 255.0f;
+    const float strength = float(clampArg(intensity, 0, 255)) / 255.0f;
+    // A hard edge still fades over a tenth of a pixel, so the ramp never divides by zero.
+    const Spot spot{float(std::clamp(x, -(1 << 24), 1 << 24)),
+                    float(std::clamp(y, -(1 << 24), 1 << 24)),
+                    reach,
+                    1.0f / std::max(reach - full, 0.1f),
+                    strength,
+                    mode != 0 ? strength / 2 : 0.0f,
+                    {fxGetRed(color), fxGetGreen(color), fxGetBlue(color)}};
+    return runRows(
+        dst, area, dst, area, progress,
+        [&spot](const QRgb* in, QRgb* out, int n, int x0, int row) { lightRow(in, out, n, x0, row, spot); });
 }
 
 bool fxBitBlt(Surface& dst, int x, int y, int width, int height, const Surface& src, int srcX, int srcY,

@@ -67,9 +67,9 @@ bool fxGamma(Surface& dst, FxRect d, const Surface& src, FxRect s, double gamma,
 // changes nothing, 128 gives a flat mid-grey and 255 the full negative.
 bool fxInversion(Surface& dst, FxRect d, const Surface& src, FxRect s, int level, const ProgressFn& progress)
 {
-    const ScaledDifference toward(clampArg(level, 0, 255));
+    const int w = clampArg(level, 0, 255);
     ChannelLut lut;
-    lut.fill([&toward](int, int v) { return v + toward(255 - 2 * v); });
+    lut.fill([w](int, int v) { return mix255(255 - v, v, w); });
     return runLut(dst, d, src, s, progress, lut);
 }
 
@@ -109,6 +109,48 @@ bool fxReduceColors(Surface& dst, FxRect d, const Surface& src, FxRect s, int le
 
 // ---- Whole-pixel arithmetic ------------------------------------------------------------
 
+namespace {
+
+FX_VECTORISED void greyRow(const QRgb* in, QRgb* out, int n)
+{
+    for (int i = 0; i < n; ++i)
+        out[i] = kOpaque | (QRgb(luma(in[i])) * 0x010101u);
+}
+
+FX_VECTORISED void saturationRow(const QRgb* in, QRgb* out, int n, std::uint32_t w)
+{
+    for (int i = 0; i < n; ++i)
+        out[i] = mixPixels(in[i], QRgb(luma(in[i])) * 0x010101u, w);
+}
+
+// The duotone of a grey level: black to the colour over the dark half, the colour to
+// white over the light half (the division by 127 as a multiply by 517 / 65536).
+FX_VECTORISED void toneRow(const QRgb* in, QRgb* out, int n, const int k[3], std::uint32_t w)
+{
+    const int r = k[0], g = k[1], b = k[2];
+    for (int i = 0; i < n; ++i) {
+        const int y = luma(in[i]);
+        const bool dark = y < 128;
+        const int up = (y - 128) * 517;
+        const int tr = dark ? (r * y + 64) >> 7 : r + (((255 - r) * up + 32768) >> 16);
+        const int tg = dark ? (g * y + 64) >> 7 : g + (((255 - g) * up + 32768) >> 16);
+        const int tb = dark ? (b * y + 64) >> 7 : b + (((255 - b) * up + 32768) >> 16);
+        out[i] = mixPixels(pack(tr, tg, tb), in[i], w);
+    }
+}
+
+FX_VECTORISED void replaceRow(const QRgb* in, QRgb* out, int n, QRgb old, int tolerance, QRgb replacement)
+{
+    const int r0 = red(old), g0 = green(old), b0 = blue(old);
+    for (int i = 0; i < n; ++i) {
+        const QRgb p = in[i];
+        const int dr = std::abs(red(p) - r0), dg = std::abs(green(p) - g0), db = std::abs(blue(p) - b0);
+        out[i] = std::max(dr, std::max(dg, db)) <= tolerance ? replacement : p;
+    }
+}
+
+} // namespace
+
 bool fxInvert(Surface& dst, FxRect d, const Surface& src, FxRect s, const ProgressFn& progress)
 {
     return runRows(dst, d, src, s, progress, [](const QRgb* in, QRgb* out, int n, int, int) {
@@ -121,24 +163,17 @@ bool fxInvert(Surface& dst, FxRect d, const Surface& src, FxRect s, const Progre
 // of most paint programs' "greyscale".
 bool fxGreyscale(Surface& dst, FxRect d, const Surface& src, FxRect s, const ProgressFn& progress)
 {
-    return runRows(dst, d, src, s, progress, [](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i)
-            out[i] = kOpaque | (QRgb(luma(in[i])) * 0x010101u);
-    });
+    return runRows(dst, d, src, s, progress,
+                   [](const QRgb* in, QRgb* out, int n, int, int) { greyRow(in, out, n); });
 }
 
 // Saturation as a mix between the pixel and its grey (Rec. 601 luma): level 255 keeps
 // the colours, 0 leaves only the grey.
 bool fxSaturation(Surface& dst, FxRect d, const Surface& src, FxRect s, int level, const ProgressFn& progress)
 {
-    const ScaledDifference keep(clampArg(level, 0, 255));
-    return runRows(dst, d, src, s, progress, [&keep](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i) {
-            const int r = red(in[i]), g = green(in[i]), b = blue(in[i]);
-            const int y = luma(r, g, b);
-            out[i] = pack(y + keep(r - y), y + keep(g - y), y + keep(b - y));
-        }
-    });
+    const std::uint32_t w = std::uint32_t(clampArg(level, 0, 255));
+    return runRows(dst, d, src, s, progress,
+                   [w](const QRgb* in, QRgb* out, int n, int, int) { saturationRow(in, out, n, w); });
 }
 
 // Toning like a photographic duotone: the pixel's grey (Rec. 601 luma) runs from black
@@ -148,20 +183,9 @@ bool fxTone(Surface& dst, FxRect d, const Surface& src, FxRect s, Color color, i
             const ProgressFn& progress)
 {
     const int k[3] = {fxGetRed(color), fxGetGreen(color), fxGetBlue(color)};
-    std::uint8_t toned[3][256];
-    for (int c = 0; c < 3; ++c)
-        for (int y = 0; y < 256; ++y)
-            toned[c][y] =
-                std::uint8_t(y < 128 ? (k[c] * y + 64) / 128 : k[c] + ((255 - k[c]) * (y - 128) + 63) / 127);
-    const ScaledDifference toward(clampArg(tone, 0, 255));
-    return runRows(dst, d, src, s, progress, [&](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i) {
-            const int r = red(in[i]), g = green(in[i]), b = blue(in[i]);
-            const int y = luma(r, g, b);
-            out[i] =
-                pack(r + toward(toned[0][y] - r), g + toward(toned[1][y] - g), b + toward(toned[2][y] - b));
-        }
-    });
+    const std::uint32_t w = std::uint32_t(clampArg(tone, 0, 255));
+    return runRows(dst, d, src, s, progress,
+                   [&k, w](const QRgb* in, QRgb* out, int n, int, int) { toneRow(in, out, n, k, w); });
 }
 
 // A pixel is replaced when none of its channels differs from oldColor's by more than
@@ -173,15 +197,8 @@ bool fxReplaceColors(Surface& dst, FxRect d, const Surface& src, FxRect s, Color
         return runRows(dst, d, src, s, progress,
                        [](const QRgb* in, QRgb* out, int n, int, int) { copyRow(in, out, n); });
     const int tolerance = clampArg(similarity, 0, 255);
-    const int r0 = fxGetRed(oldColor), g0 = fxGetGreen(oldColor), b0 = fxGetBlue(oldColor);
-    const QRgb replacement = ToQRgb(newColor);
-    return runRows(dst, d, src, s, progress, [=](const QRgb* in, QRgb* out, int n, int, int) {
-        for (int i = 0; i < n; ++i) {
-            const QRgb p = in[i];
-            const int diff =
-                std::max({std::abs(red(p) - r0), std::abs(green(p) - g0), std::abs(blue(p) - b0)});
-            out[i] = diff <= tolerance ? replacement : p;
-        }
+    return runRows(dst, d, src, s, progress, [&](const QRgb* in, QRgb* out, int n, int, int) {
+        replaceRow(in, out, n, ToQRgb(oldColor), tolerance, ToQRgb(newColor));
     });
 }
 

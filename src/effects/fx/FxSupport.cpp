@@ -37,9 +37,8 @@ double clampArg(double v, double lo, double hi, double neutral)
     return std::clamp(v, lo, hi);
 }
 
-const QRgb* Pixels::span(int y, int x0, int n, int pad, std::vector<QRgb>& scratch) const
+const QRgb* Pixels::spanOf(const QRgb* line, int width, int x0, int n, int pad, std::vector<QRgb>& scratch)
 {
-    const QRgb* line = row(y);
     const std::int64_t first = std::int64_t(x0) - pad;
     const std::int64_t end = std::int64_t(x0) + n + pad;
     if (first >= 0 && end <= width)
@@ -61,7 +60,7 @@ const QRgb* Pixels::span(int y, int x0, int n, int pad, std::vector<QRgb>& scrat
     return scratch.data() + pad;
 }
 
-bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, int reach)
+bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, int reach, bool canSweep)
 {
     if (d.width <= 0 || d.height <= 0 || s.width <= 0 || s.height <= 0)
         return false;
@@ -89,7 +88,8 @@ bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, 
     plan.outBase = out.bits(); // detaches the destination from any shared copy first
     plan.outStride = out.bytesPerLine();
     const bool same = in.constBits() == plan.outBase;
-    if (same && (reach > 0 || plan.dx != 0 || plan.dy != 0)) {
+    plan.sweep = same && canSweep && plan.dy >= 0;
+    if (same && !plan.sweep && (reach > 0 || plan.dx != 0 || plan.dy != 0)) {
         // Writing row y would change what a later pixel reads: work from a copy of the
         // rows that will be read.
         const int r0 = std::clamp(plan.area.top() + plan.dy - reach, 0, in.height() - 1);
@@ -104,35 +104,50 @@ bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, 
     return true;
 }
 
-bool forRows(int top, int bottom, std::int64_t pixelsPerRow, const ProgressFn& progress,
-             const std::function<void(int, int)>& work, int align)
+Bands planBands(int top, int bottom, std::int64_t pixelsPerRow, bool reportsProgress, int align)
 {
+    Bands bands;
     const int rows = bottom - top;
     if (rows <= 0)
-        return true;
+        return bands;
+    bands.top = top;
+    bands.rows = rows;
     align = std::max(1, align);
     const int units = (rows + align - 1) / align;
     const auto rowOf = [&](std::int64_t unit) {
         return int(std::min<std::int64_t>(bottom, top + unit * align));
     };
     const bool twoThreads = workers() > 1 && units >= 2 && pixelsPerRow * rows >= kThreadedPixels;
-    const int groups = progress ? std::clamp(units / 4, 1, kProgressSteps) : 1;
-
+    const int groups = reportsProgress ? std::clamp(units / 4, 1, kProgressSteps) : 1;
     for (int g = 0; g < groups; ++g) {
         const std::int64_t u0 = std::int64_t(units) * g / groups;
         const std::int64_t u1 = std::int64_t(units) * (g + 1) / groups;
-        if (twoThreads && u1 - u0 >= 2) {
-            const int mid = rowOf((u0 + u1) / 2);
+        if (u1 <= u0)
+            continue;
+        if (twoThreads && u1 - u0 >= 2)
+            bands.groups.push_back({{rowOf(u0), rowOf((u0 + u1) / 2)}, {rowOf((u0 + u1) / 2), rowOf(u1)}});
+        else
+            bands.groups.push_back({{rowOf(u0), rowOf(u1)}});
+    }
+    return bands;
+}
+
+bool runBands(const Bands& bands, const ProgressFn& progress, const std::function<void(int, int, int)>& work)
+{
+    int index = 0;
+    for (std::size_t g = 0; g < bands.groups.size(); ++g) {
+        const auto& group = bands.groups[g];
+        if (group.size() == 2) {
             std::exception_ptr fault;
             std::thread helper([&] {
                 try {
-                    work(mid, rowOf(u1));
+                    work(index + 1, group[1].first, group[1].second);
                 } catch (...) {
                     fault = std::current_exception();
                 }
             });
             try {
-                work(rowOf(u0), mid);
+                work(index, group[0].first, group[0].second);
             } catch (...) {
                 helper.join();
                 throw;
@@ -140,13 +155,21 @@ bool forRows(int top, int bottom, std::int64_t pixelsPerRow, const ProgressFn& p
             helper.join();
             if (fault)
                 std::rethrow_exception(fault);
-        } else if (u1 > u0) {
-            work(rowOf(u0), rowOf(u1));
+        } else {
+            work(index, group[0].first, group[0].second);
         }
-        if (progress && progress(double(rowOf(u1) - top) / rows))
-            return g + 1 == groups;
+        index += int(group.size());
+        if (progress && progress(double(group.back().second - bands.top) / bands.rows))
+            return g + 1 == bands.groups.size();
     }
     return true;
+}
+
+bool forRows(int top, int bottom, std::int64_t pixelsPerRow, const ProgressFn& progress,
+             const std::function<void(int, int)>& work, int align)
+{
+    return runBands(planBands(top, bottom, pixelsPerRow, bool(progress), align), progress,
+                    [&work](int, int y0, int y1) { work(y0, y1); });
 }
 
 bool runRows(Surface& dst, FxRect d, const Surface& src, FxRect s, const ProgressFn& progress,
@@ -173,12 +196,11 @@ bool runLut(Surface& dst, FxRect d, const Surface& src, FxRect s, const Progress
                    [&lut](const QRgb* in, QRgb* out, int n, int, int) { lut.apply(in, out, n); });
 }
 
-ScaledDifference::ScaledDifference(int w)
+FX_VECTORISED void ChannelLut::apply(const QRgb* in, QRgb* out, int n) const
 {
-    for (int d = -255; d <= 255; ++d) {
-        const int m = std::abs(d) * w;
-        const int r = (m + 127) / 255;
-        v[d + 255] = std::int16_t(d < 0 ? -r : r);
+    for (int i = 0; i < n; ++i) {
+        const QRgb p = in[i];
+        out[i] = r[(p >> 16) & 0xFF] | g[(p >> 8) & 0xFF] | b[p & 0xFF];
     }
 }
 

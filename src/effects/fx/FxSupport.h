@@ -15,6 +15,14 @@
 #include <functional>
 #include <vector>
 
+// The pixel loops that gain most from wide vectors are built twice, plain and for AVX2,
+// and the processor picks one when the program starts.
+#if defined(__x86_64__) && defined(__GNUC__) && !defined(__SANITIZE_ADDRESS__)
+#define FX_VECTORISED __attribute__((target_clones("avx2", "default")))
+#else
+#define FX_VECTORISED
+#endif
+
 namespace velunta::fxi {
 
 inline constexpr QRgb kOpaque = 0xFF000000u;
@@ -91,7 +99,13 @@ struct Pixels {
     // Columns x0 - pad .. x0 + n - 1 + pad of row y. The result points at column x0;
     // when the span stays inside the picture it points into the picture, otherwise
     // into `scratch`, filled with the clamped columns.
-    const QRgb* span(int y, int x0, int n, int pad, std::vector<QRgb>& scratch) const;
+    const QRgb* span(int y, int x0, int n, int pad, std::vector<QRgb>& scratch) const
+    {
+        return spanOf(row(y), width, x0, n, pad, scratch);
+    }
+    // The same for a row of `width` pixels given by itself.
+    static const QRgb* spanOf(const QRgb* line, int width, int x0, int n, int pad,
+                              std::vector<QRgb>& scratch);
 };
 
 // One run of an operation: the destination pixels `area` (already clipped, not
@@ -103,7 +117,8 @@ struct Plan {
     uchar* outBase = nullptr;
     qsizetype outStride = 0;
     Pixels in;
-    QImage copy; // holds the source rows when the source is the destination itself
+    QImage copy;        // holds the source rows when the source is the destination itself
+    bool sweep = false; // in place with no copy: rows are read before they are written
 
     QRgb* outRow(int y) const { return reinterpret_cast<QRgb*>(outBase + qsizetype(y) * outStride); }
 };
@@ -111,8 +126,28 @@ struct Plan {
 // Sets up a run; false when there is nothing to do. `reach` is how far around its
 // source pixel an operation reads (0 for a point operation, 1 for a 3 x 3 filter).
 // The destination is written in place; the source is copied first only when it is
-// the same picture and a pixel could read what another has already written.
-bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, int reach);
+// the same picture and a pixel could read what another has already written. With
+// `canSweep`, an operation that reads every source row before it writes the rows above
+// it (a top-down sweep) gets no copy when the source lies at or below the destination
+// (plan.sweep), and must keep the rows its neighbouring bands write itself.
+bool makePlan(Plan& plan, Surface& dst, FxRect d, const Surface& src, FxRect s, int reach,
+              bool canSweep = false);
+
+// Rows top..bottom-1 cut into bands: the groups run one after the other, the (one or
+// two) bands of a group at the same time. Band edges fall on multiples of `align` from
+// `top`. With progress to report there are up to 16 groups, otherwise one; two bands
+// per group when the picture is large enough for a second thread to pay.
+struct Bands {
+    std::vector<std::vector<std::pair<int, int>>> groups; // y0, y1 of each band
+    int top = 0;
+    int rows = 0;
+};
+Bands planBands(int top, int bottom, std::int64_t pixelsPerRow, bool reportsProgress, int align = 1);
+// Calls work(band, y0, y1) for every band, the bands numbered in order from 0. Between
+// groups, on the calling thread and with no band running, progress is told the done
+// fraction; a true answer stops the run (false returned). A fault thrown inside a band
+// ends the run and is thrown again here.
+bool runBands(const Bands& bands, const ProgressFn& progress, const std::function<void(int, int, int)>& work);
 
 // Works rows top..bottom-1 by calling work(y0, y1) on bands of rows, on two threads
 // when the picture is large enough. Band edges fall on multiples of `align` from
@@ -145,23 +180,21 @@ struct ChannelLut {
             b[v] = QRgb(f(2, v));
         }
     }
-    void apply(const QRgb* in, QRgb* out, int n) const
-    {
-        for (int i = 0; i < n; ++i) {
-            const QRgb p = in[i];
-            out[i] = r[(p >> 16) & 0xFF] | g[(p >> 8) & 0xFF] | b[p & 0xFF];
-        }
-    }
+    void apply(const QRgb* in, QRgb* out, int n) const;
 };
 bool runLut(Surface& dst, FxRect d, const Surface& src, FxRect s, const ProgressFn& progress,
             const ChannelLut& lut);
 
-// round(d * w / 255) for d in -255..255, indexed by d + 255: the blend of two
-// channel values a and b with weight w is b + scaled[a - b + 255], exact at w = 0 and 255.
-struct ScaledDifference {
-    std::int16_t v[511];
-    explicit ScaledDifference(int w);
-    int operator()(int d) const { return v[d + 255]; }
-};
+// The pixel with weight w / 255 over `base` with the rest, channel by channel and
+// rounded, two channels at a time in 16-bit lanes: w = 0 gives base, 255 gives p.
+inline QRgb mixPixels(QRgb p, QRgb base, std::uint32_t w)
+{
+    const auto lanes = [](std::uint32_t a, std::uint32_t b, std::uint32_t w) {
+        std::uint32_t x = a * w + b * (255 - w) + 0x00800080u;
+        return ((x + ((x >> 8) & 0x00FF00FFu)) >> 8) & 0x00FF00FFu;
+    };
+    return kOpaque | lanes(p & 0x00FF00FFu, base & 0x00FF00FFu, w) |
+           (lanes((p >> 8) & 0x00FF00FFu, (base >> 8) & 0x00FF00FFu, w) << 8);
+}
 
 } // namespace velunta::fxi

@@ -241,6 +241,14 @@ private Q_SLOTS:
         const QImage banded = run(op, start, src, [&calls](double) { return ++calls < 0; });
         QVERIFY(calls > 1);
         QCOMPARE(banded, run(op, start, src));
+        // In place, bands must not read what a neighbouring band has already written,
+        // also with the source a row below the destination.
+        for (const FxRect d : {FxRect{0, 0, 640, 300}, FxRect{0, -1, 641, 301}}) {
+            Surface inPlace = SurfaceOf(src.Image()), fromCopy = SurfaceOf(src.Image());
+            op(inPlace, d, inPlace, WholeOf(src), [](double) { return false; });
+            op(fromCopy, d, Surface(src), WholeOf(src), {});
+            QCOMPARE(inPlace.Image(), fromCopy.Image());
+        }
     }
 
     void progressCanStopARun_data()
