@@ -180,7 +180,7 @@ struct ChannelLut {
             b[v] = QRgb(f(2, v));
         }
     }
-    void apply(const QRgb* in, QRgb* out, int n) const;
+    FX_VECTORISED void apply(const QRgb* in, QRgb* out, int n) const;
 };
 bool runLut(Surface& dst, FxRect d, const Surface& src, FxRect s, const ProgressFn& progress,
             const ChannelLut& lut);
