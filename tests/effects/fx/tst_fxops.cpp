@@ -1,7 +1,9 @@
 // Properties of the effects library's operations: neutral settings change nothing,
 // tiles and bands give what a whole run gives, in place equals from a copy, the ends
 // of the ranges, transparent colours, clipping and cancelling; and golden pictures
-// for the filters whose arithmetic is ours to choose.
+// for the filters whose arithmetic is ours to choose (golden/*.png, compared within 2
+// levels a channel; VELUNTA_REGEN_GOLDEN=1 writes them anew after a deliberate change,
+// and the new pictures should be looked at before they are committed).
 
 #include "effects/fx/Fx.h"
 #include "effects/fx/FxTestImages.h"
