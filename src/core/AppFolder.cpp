@@ -171,7 +171,13 @@ QString ResolveAppFolder(const QString& programFolder)
 
 QString CompanionProgram(const QString& appFolder, const QString& name, const QString& programFolder)
 {
-    for (const QString& folder : {withSlash(appFolder), LayoutOf(programFolder).companions}) {
+    // VELUNTA_COMPANIONS names the build's program folder for the tests, whose own
+    // programs lie elsewhere.
+    QStringList folders{withSlash(appFolder)};
+    if (const QString built = qEnvironmentVariable("VELUNTA_COMPANIONS"); !built.isEmpty())
+        folders << withSlash(built);
+    folders << LayoutOf(programFolder).companions;
+    for (const QString& folder : folders) {
         if (isExecutableFile(folder + name))
             return folder + name;
     }

@@ -36,8 +36,9 @@ void CopyMissingDataFiles(const QString& from, const QString& to);
 void LinkMissingPrograms(const QString& from, const QString& to);
 
 // A companion program (png, bmpExport, VeluntaExt1, VeluntaExt2): in AppFolder, where a
-// user may put their own, else where the program's layout keeps them. Empty when it
-// isn't there.
+// user may put their own, else where the program's layout keeps them (beside the
+// program, or libexec/velunta/ when installed; for tests, VELUNTA_COMPANIONS). Empty
+// when it isn't there.
 QString CompanionProgram(const QString& appFolder, const QString& name);
 QString CompanionProgram(const QString& appFolder, const QString& name, const QString& programFolder);
 

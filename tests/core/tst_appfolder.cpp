@@ -44,10 +44,12 @@ class PlainStart {
 public:
     explicit PlainStart(const QString& base)
         : m_home(qgetenv("VELUNTA_HOME")), m_data(qgetenv("VELUNTA_DATA")),
-          m_xdgData(qgetenv("XDG_DATA_HOME")), m_xdgState(qgetenv("XDG_STATE_HOME"))
+          m_companions(qgetenv("VELUNTA_COMPANIONS")), m_xdgData(qgetenv("XDG_DATA_HOME")),
+          m_xdgState(qgetenv("XDG_STATE_HOME"))
     {
         qunsetenv("VELUNTA_HOME");
         qunsetenv("VELUNTA_DATA");
+        qunsetenv("VELUNTA_COMPANIONS");
         qputenv("XDG_DATA_HOME", (base + QStringLiteral("/data")).toUtf8());
         qputenv("XDG_STATE_HOME", (base + QStringLiteral("/state")).toUtf8());
     }
@@ -55,12 +57,13 @@ public:
     {
         qputenv("VELUNTA_HOME", m_home);
         qputenv("VELUNTA_DATA", m_data);
+        qputenv("VELUNTA_COMPANIONS", m_companions);
         qputenv("XDG_DATA_HOME", m_xdgData);
         qputenv("XDG_STATE_HOME", m_xdgState);
     }
 
 private:
-    QByteArray m_home, m_data, m_xdgData, m_xdgState;
+    QByteArray m_home, m_data, m_companions, m_xdgData, m_xdgState;
 };
 
 } // namespace
