@@ -1,5 +1,9 @@
 #include "files/SaveTarget.h"
 
+#include "core/SafeFile.h"
+
+#include <QFileInfo>
+
 #include <cerrno>
 
 namespace velunta {
@@ -46,8 +50,11 @@ bool SaveTarget::open()
         fail(QStringLiteral("No file name"), WriteError::PathNotFound);
         return false;
     }
+    // Unbuffered: QSaveFile misses a failure of its own buffer's last write at the
+    // commit and would rename a file cut short by a full disk over the old one. Our
+    // buffer is larger anyway, and every write is checked here.
     errno = 0;
-    if (!m_file.open(QIODevice::WriteOnly)) {
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         failFile();
         return false;
     }
@@ -110,6 +117,7 @@ bool SaveTarget::commit()
         failFile();
         return false;
     }
+    SyncFolder(QFileInfo(m_file.fileName()).absolutePath());
     return true;
 }
 
