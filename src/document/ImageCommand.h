@@ -8,22 +8,26 @@
 // puts the target back as it was before the work, is reported and ends the command;
 // cursor, strip and window come back on every path. run() never throws.
 //
-// A new command is its pixel work in a lambda. It returns nothing when it always
-// changes the picture, or a bool when it may change nothing. Decide everything a
-// dialog asks before run(): a command that isn't run takes no undo step.
+// A new command is its pixel work in a lambda. It returns nothing when it changes the
+// picture, or a bool when it may change nothing (false: the document stays clean; work
+// that Esc stopped half way has changed something). Ask a dialog's questions before
+// run(): a command that is never run takes no undo step.
 //
-//     void frmMain::InvertImage_Click()
+//     void frmMain::mnuDoBright_Click()
 //     {
-//         RunImageCommand(*this, {.name = "InvertImage"}, [](ImageCommand& c) {
-//             InvertRect(c.target(), 0, 0, c.target().ScaleWidth(), c.target().ScaleHeight());
-//         });
+//         RunImageCommand(*this, {.name = "mnuDoBright", .progress = true},
+//                         [](ImageCommand& c) { FxOnPicture(c.target(), 1, 0, 0, c.progressFn()); });
 //     }
 //
-//     // A long one, after its dialog; Esc stops it where it stands.
-//     ImageCommand blend(host, {.name = "BlendThePic", .progress = true});
-//     if (!blend || dialog.exec() != QDialog::Accepted)
+//     // After a dialog that shows the target as it stands (`host` is the CommandHost
+//     // a dialog of imageops or effects is given):
+//     ImageCommand command(host, {.name = "Brightness"});
+//     if (!command)
 //         return;
-//     blend.run([&](ImageCommand& c) { return BlendColumns(c.target(), ratio, c.progressFn()); });
+//     frmBrightContrast dialog(command.target(), parent);
+//     if (dialog.exec() != QDialog::Accepted)
+//         return; // no undo step, nothing changed
+//     command.run([&](ImageCommand& c) { c.target().setImage(dialog.result()); });
 
 #include "core/Progress.h"
 #include "core/Surface.h"
