@@ -9,6 +9,7 @@
 #include "tools/DrawState.h"
 #include "tools/SimplePaints.h"
 #include "tools/ToolHost.h"
+#include "widgets/zolButton.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -22,7 +23,6 @@ class QMdiArea;
 class QMimeData;
 class QMdiSubWindow;
 class QMenu;
-class QToolButton;
 class QFrame;
 class QCheckBox;
 class QGridLayout;
@@ -181,8 +181,8 @@ public:
     // Named parts, as the program refers to them.
     QAction* action(const QString& name) const;
     QMenu* menu(const QString& name) const;
-    QToolButton* CmdCommands(int index) const { return m_commands.at(index); }
-    QToolButton* Cmd(int index) const { return m_tools.at(index); }
+    zolButton* CmdCommands(int index) const { return m_commands.at(index); }
+    zolButton* Cmd(int index) const { return m_tools.at(index); }
     QLabel* lblCoords() const { return m_lblCoords; }
     QLabel* lblArea() const { return m_lblArea; }
     QLabel* lblImgSize() const { return m_lblImgSize; }
@@ -291,10 +291,10 @@ private:
     QLabel* m_lblImgSize = nullptr;
     QCheckBox* m_chkSnapGrid = nullptr;
     QCheckBox* m_chkDetailEdit = nullptr;
-    std::array<QToolButton*, 23> m_commands{};
+    std::array<zolButton*, 23> m_commands{};
     std::array<bool, 23> m_commandBuilt{};
     std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
-    std::array<QToolButton*, 20> m_tools{};
+    std::array<zolButton*, 20> m_tools{};
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
     QStringList m_contextOnly;

@@ -1,0 +1,924 @@
+// The button's state: the setters and their rules, the pointer and key state machine,
+// the hover timer and the option group kept in the container.
+
+#include "widgets/zolButton.h"
+
+#include "core/Prompt.h"
+#include "document/PaintArea.h"
+#include "widgets/Icons.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QImageReader>
+#include <QKeyEvent>
+#include <QLoggingCategory>
+#include <QMouseEvent>
+#include <QPointer>
+#include <QTimer>
+
+namespace velunta {
+
+Q_LOGGING_CATEGORY(lcButton, "velunta.widgets.button")
+
+namespace {
+
+// The hover timer polls where the pointer is; 50 ms is quick enough that leaving a
+// button looks immediate, and costs nothing while no button is hovered.
+constexpr int kHoverInterval = 50;
+
+const char* const kOptCount = "zb_OptCount";
+
+QByteArray ObjKey(int n)
+{
+    return "zb_Obj" + QByteArray::number(n);
+}
+
+bool IsArrow(int key)
+{
+    return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
+} // namespace
+
+QColor ResolveColor(Color c, const QPalette& pal)
+{
+    if (c == kNoColor)
+        return {};
+    if (c >= 0)
+        return ToQColor(c & 0xFFFFFF);
+    if ((quint32(c) & 0xFFFFFF00u) != 0x80000000u)
+        return {};
+    switch (quint32(c) & 0xFFu) {
+    case 0x05:
+        return pal.color(QPalette::Base);
+    case 0x08:
+        return pal.color(QPalette::WindowText);
+    case 0x0D:
+        return pal.color(QPalette::Highlight);
+    case 0x0E:
+        return pal.color(QPalette::HighlightedText);
+    case 0x10:
+        return pal.color(QPalette::Dark);
+    case 0x11:
+        return pal.color(QPalette::Disabled, QPalette::WindowText);
+    case 0x12:
+        return pal.color(QPalette::ButtonText);
+    case 0x14:
+        return pal.color(QPalette::Light);
+    case 0x15:
+        return pal.color(QPalette::Shadow);
+    case 0x16:
+        return pal.color(QPalette::Midlight);
+    case 0x17:
+        return pal.color(QPalette::ToolTipText);
+    case 0x18:
+        return pal.color(QPalette::ToolTipBase);
+    default:
+        return pal.color(QPalette::Button);
+    }
+}
+
+zolButton::zolButton(QWidget* parent) : QAbstractButton(parent)
+{
+    init();
+}
+
+zolButton::zolButton(const QString& caption, QWidget* parent) : QAbstractButton(parent)
+{
+    init();
+    setCaption(caption);
+}
+
+zolButton::~zolButton()
+{
+    if (m_inGroup)
+        leaveGroup();
+}
+
+void zolButton::init()
+{
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
+    m_hoverTimer = new QTimer(this);
+    m_hoverTimer->setInterval(kHoverInterval);
+    connect(m_hoverTimer, &QTimer::timeout, this, &zolButton::hoverTick);
+}
+
+const QStringList& zolButton::PropertyKeys()
+{
+    static const QStringList keys = {
+        QStringLiteral("Caption"),   QStringLiteral("CapAlign"),    QStringLiteral("CapStyle"),
+        QStringLiteral("BackStyle"), QStringLiteral("Shape"),       QStringLiteral("Gradient"),
+        QStringLiteral("cGradient"), QStringLiteral("cFore"),       QStringLiteral("cBack"),
+        QStringLiteral("cFHover"),   QStringLiteral("cBhover"),     QStringLiteral("LockHover"),
+        QStringLiteral("Font"),      QStringLiteral("Focus"),       QStringLiteral("Mode"),
+        QStringLiteral("Value"),     QStringLiteral("CustomClick"), QStringLiteral("Image"),
+        QStringLiteral("ImgSize"),   QStringLiteral("ImgAlign"),    QStringLiteral("Enabled"),
+        QStringLiteral("mPointer"),  QStringLiteral("mIcon")};
+    return keys;
+}
+
+// Setters -------------------------------------------------------------------------
+
+void zolButton::redraw()
+{
+    if (m_delayFlag)
+        return;
+    m_dirty = true;
+    update();
+}
+
+void zolButton::propertyChanged(const char* key)
+{
+    Q_EMIT PropertyChanged(QString::fromLatin1(key));
+}
+
+void zolButton::store(int& field, int value, int lo, int hi, const char* key)
+{
+    if (value < lo || value > hi)
+        return;
+    field = value;
+    redraw();
+    propertyChanged(key);
+}
+
+void zolButton::refuse(const QString& message)
+{
+    qCInfo(lcButton) << objectName() << "refused:" << message;
+    if (m_prompt)
+        m_prompt->MsgBox(message, vbExclamation);
+    Q_EMIT Refused(message);
+}
+
+void zolButton::setCaption(const QString& caption)
+{
+    m_caption = caption;
+    updateText();
+    updateGeometry();
+    redraw();
+    propertyChanged("Caption");
+}
+
+void zolButton::updateText()
+{
+    // Qt's text carries the access key (its mnemonic becomes the shortcut) and gives
+    // screen readers the name; without a caption the tooltip names the button.
+    QString text = m_caption;
+    text.replace(QLatin1String("||"), QLatin1String("\n"));
+    setText(text);
+    setAccessibleName(m_caption.isEmpty() ? toolTip() : QString());
+}
+
+void zolButton::setCaptionAlign(int align)
+{
+    if (align < 0 || align > 2)
+        return;
+    if ((m_pictureAlign == 2 || m_pictureAlign == 3) && align != 2) {
+        refuse(tr("When button images are aligned top/bottom center, \r\nbutton captions can only be center "
+                  "aligned"));
+        return;
+    }
+    m_captionAlign = align;
+    redraw();
+    propertyChanged("CapAlign");
+}
+
+void zolButton::setCaptionStyle(int style)
+{
+    store(m_captionStyle, style, 0, 3, "CapStyle");
+}
+
+void zolButton::setButtonStyle(int style)
+{
+    if (style < 0 || style > 7)
+        return;
+    const bool transparentChanged = (style == 5) != (m_style == 5);
+    m_style = style;
+    // The transparent look lets the container show, so the outline is cut anew.
+    if (transparentChanged && m_shape < 7)
+        rebuildShape();
+    redraw();
+    propertyChanged("BackStyle");
+}
+
+void zolButton::setButtonShape(int shape)
+{
+    if (shape < 0 || shape > 8)
+        return;
+    if (shape >= 7 && m_bitmap.isNull()) {
+        refuse(tr("The Picture Property must be assigned first and must be a bitmap or JPEG."));
+        return;
+    }
+    m_shape = shape;
+    rebuildShape();
+    updateGeometry();
+    redraw();
+    propertyChanged("Shape");
+}
+
+void zolButton::setGradientMode(int mode)
+{
+    store(m_gradientMode, mode, 0, 4, "Gradient");
+}
+
+void zolButton::setGradientColor(Color c)
+{
+    store(m_gradientColor, c, INT32_MIN, INT32_MAX, "cGradient");
+}
+
+void zolButton::setForeColor(Color c)
+{
+    store(m_foreColor, c, INT32_MIN, INT32_MAX, "cFore");
+}
+
+Color zolButton::BackColor() const
+{
+    return m_backColor == kNoColor ? containerColor() : m_backColor;
+}
+
+void zolButton::setBackColor(Color c)
+{
+    store(m_backColor, c, INT32_MIN, INT32_MAX, "cBack");
+}
+
+void zolButton::setHoverForeColor(Color c)
+{
+    store(m_hoverForeColor, c, INT32_MIN, INT32_MAX, "cFHover");
+}
+
+Color zolButton::HoverBackColor() const
+{
+    return m_hoverBackColor == kNoColor ? BackColor() : m_hoverBackColor;
+}
+
+void zolButton::setHoverBackColor(Color c)
+{
+    store(m_hoverBackColor, c, INT32_MIN, INT32_MAX, "cBhover");
+}
+
+void zolButton::setHoverColorLocks(int locks)
+{
+    store(m_hoverLocks, locks, 0, 3, "LockHover");
+}
+
+void zolButton::setShowFocusRect(bool show)
+{
+    m_showFocusRect = show;
+    setDefault(m_default);
+    redraw();
+    propertyChanged("Focus");
+}
+
+void zolButton::setMode(int mode)
+{
+    if (mode < 0 || mode > 2)
+        return;
+    if (m_mode == 2 && mode != 2)
+        leaveGroup();
+    const bool joining = mode == 2 && m_mode != 2;
+    m_mode = mode;
+    // Qt's checked state is the Value; a command button has none.
+    setCheckable(mode > 0);
+    if (joining)
+        joinGroup();
+    redraw();
+    propertyChanged("Mode");
+}
+
+void zolButton::setValue(bool on)
+{
+    // A command button has no value to set.
+    if (m_mode == 0)
+        return;
+    setChecked(on);
+}
+
+void zolButton::checkStateSet()
+{
+    applyValue(isChecked());
+}
+
+void zolButton::applyValue(bool on)
+{
+    if (on && m_mode == 2)
+        selectInGroup();
+    redraw();
+    propertyChanged("Value");
+}
+
+void zolButton::setCustomClick(int how)
+{
+    store(m_customClick, how, 0, 2, "CustomClick");
+}
+
+QVariant zolButton::Picture() const
+{
+    if (!m_bitmap.isNull())
+        return QVariant::fromValue(m_bitmap);
+    if (!m_icon.isNull())
+        return QVariant::fromValue(m_icon);
+    return {};
+}
+
+void zolButton::setPicture(const QVariant& picture)
+{
+    QIcon icon;
+    QImage bitmap;
+    if (picture.canConvert<QImage>() && picture.metaType().id() != QMetaType::QString)
+        bitmap = picture.value<QImage>();
+    if (bitmap.isNull() && picture.metaType().id() == QMetaType::QPixmap)
+        bitmap = picture.value<QPixmap>().toImage();
+    if (picture.metaType().id() == QMetaType::QIcon)
+        icon = picture.value<QIcon>();
+    if (picture.metaType().id() == QMetaType::QString) {
+        setPicture(picture.toString());
+        return;
+    }
+    m_pictureSource.clear();
+    if (!icon.isNull() && m_shape >= 7) {
+        refuse(tr("Icons cannot be used for custom buttons. Only use bitmaps\r\nButton was changed to "
+                  "Rectangular shaped."));
+        m_shape = 0;
+    }
+    m_icon = bitmap.isNull() ? icon : QIcon();
+    m_bitmap = bitmap;
+    // A shaped button has nothing to be cut from without its picture.
+    if (m_shape >= 7 && m_bitmap.isNull())
+        m_shape = 0;
+    rebuildShape();
+    updateGeometry();
+    redraw();
+    propertyChanged("Image");
+}
+
+void zolButton::setPicture(const QString& nameOrPath)
+{
+    QVariant picture;
+    if (!nameOrPath.isEmpty()) {
+        const QIcon named = NamedIcon(nameOrPath);
+        if (!named.isNull()) {
+            picture = QVariant::fromValue(named);
+        } else if (QFileInfo::exists(nameOrPath)) {
+            QImageReader reader(nameOrPath);
+            const QByteArray format = reader.format();
+            if (format == "ico" || format == "svg" || format == "cur")
+                picture = QVariant::fromValue(QIcon(nameOrPath));
+            else
+                picture = QVariant::fromValue(reader.read());
+        }
+        if (!picture.isValid())
+            qCWarning(lcButton) << "no picture" << nameOrPath;
+    }
+    setPicture(picture);
+    if (picture.isValid())
+        m_pictureSource = nameOrPath;
+}
+
+void zolButton::setPictureSize(int step)
+{
+    if (step < 0 || step > 4)
+        return;
+    if (m_shape >= 7) {
+        refuse(tr("The picture size cannot be changed for Shaped buttons"));
+        return;
+    }
+    m_pictureSize = step;
+    updateGeometry();
+    redraw();
+    propertyChanged("ImgSize");
+}
+
+int zolButton::picturePixels() const
+{
+    return 16 + 8 * m_pictureSize;
+}
+
+void zolButton::setPictureAlign(int align)
+{
+    if (align < 0 || align > 4)
+        return;
+    m_pictureAlign = align;
+    updateGeometry();
+    redraw();
+    propertyChanged("ImgAlign");
+}
+
+void zolButton::setMousePointer(int pointer)
+{
+    m_mousePointer = pointer;
+    updateCursor();
+    propertyChanged("mPointer");
+}
+
+void zolButton::setMouseIcon(const QImage& icon)
+{
+    m_mouseIcon = icon;
+    updateCursor();
+    propertyChanged("mIcon");
+}
+
+void zolButton::updateCursor()
+{
+    static const Qt::CursorShape kShapes[16] = {
+        Qt::ArrowCursor,     Qt::ArrowCursor,   Qt::CrossCursor,     Qt::IBeamCursor,
+        Qt::ArrowCursor,     Qt::SizeAllCursor, Qt::SizeBDiagCursor, Qt::SizeVerCursor,
+        Qt::SizeFDiagCursor, Qt::SizeHorCursor, Qt::UpArrowCursor,   Qt::WaitCursor,
+        Qt::ForbiddenCursor, Qt::BusyCursor,    Qt::WhatsThisCursor, Qt::SizeAllCursor};
+    if (m_mousePointer == 99 && !m_mouseIcon.isNull())
+        setCursor(QCursor(QPixmap::fromImage(m_mouseIcon)));
+    else if (m_mousePointer > 0 && m_mousePointer < 16)
+        setCursor(kShapes[m_mousePointer]);
+    else
+        unsetCursor();
+}
+
+void zolButton::setDefault(bool on)
+{
+    const bool was = m_stateFlags & kDefaultBit;
+    // Shown as the default only with its focus rectangle allowed.
+    if (on && m_showFocusRect)
+        m_stateFlags |= kDefaultBit;
+    else
+        m_stateFlags &= ~kDefaultBit;
+    m_default = on;
+    // The default button shows its focus rectangle only while no other button has the focus.
+    if (on && !m_focusWatch)
+        m_focusWatch = connect(qApp, &QApplication::focusChanged, this, [this] { redraw(); });
+    else if (!on && m_focusWatch)
+        disconnect(m_focusWatch), m_focusWatch = {};
+    if (QWidget* w = window(); w && w != this) {
+        w->removeEventFilter(this);
+        if (on)
+            w->installEventFilter(this);
+    }
+    if (was != bool(m_stateFlags & kDefaultBit))
+        redraw();
+}
+
+void zolButton::Refresh()
+{
+    m_delayFlag = false;
+    m_dirty = true;
+    repaint();
+}
+
+void zolButton::ResetDefaultColors()
+{
+    m_gradientColor = kSysButtonFace;
+    m_foreColor = kSysButtonText;
+    m_backColor = kNoColor;
+    m_hoverForeColor = kSysButtonText;
+    m_hoverBackColor = kNoColor;
+    redraw();
+}
+
+void zolButton::DelayDrawing(bool delay)
+{
+    if (delay) {
+        m_delayFlag = true;
+        return;
+    }
+    Refresh();
+}
+
+Color zolButton::containerColor() const
+{
+    const QWidget* c = parentWidget();
+    return FromQColor(c ? c->palette().color(c->backgroundRole()) : palette().color(QPalette::Button));
+}
+
+// The option group ------------------------------------------------------------------
+
+QList<zolButton*> zolButton::OptionGroup(const QWidget* container)
+{
+    QList<zolButton*> group;
+    if (!container)
+        return group;
+    const int count = container->property(kOptCount).toInt();
+    for (int n = 1; n <= count; ++n)
+        group.append(static_cast<zolButton*>(container->property(ObjKey(n)).value<QObject*>()));
+    return group;
+}
+
+bool zolButton::OptionGroupHasValue(const QWidget* container)
+{
+    for (zolButton* b : OptionGroup(container))
+        if (b && b->Value())
+            return true;
+    return false;
+}
+
+void zolButton::joinGroup()
+{
+    QWidget* container = parentWidget();
+    if (m_inGroup || !container)
+        return;
+    const int count = container->property(kOptCount).toInt() + 1;
+    container->setProperty(kOptCount, count);
+    container->setProperty(ObjKey(count), QVariant::fromValue<QObject*>(this));
+    m_inGroup = true;
+    m_groupContainer = container;
+}
+
+void zolButton::leaveGroup()
+{
+    if (!m_inGroup)
+        return;
+    m_inGroup = false;
+    QWidget* container = m_groupContainer;
+    m_groupContainer = nullptr;
+    if (!container)
+        return;
+    const int count = container->property(kOptCount).toInt();
+    int n = 1;
+    while (n <= count && container->property(ObjKey(n)).value<QObject*>() != this)
+        ++n;
+    if (n > count)
+        return;
+    for (; n < count; ++n)
+        container->setProperty(ObjKey(n), container->property(ObjKey(n + 1)));
+    container->setProperty(ObjKey(count), QVariant());
+    container->setProperty(kOptCount, count == 1 ? QVariant() : QVariant(count - 1));
+}
+
+void zolButton::selectInGroup()
+{
+    if (!m_inGroup)
+        return;
+    for (zolButton* other : OptionGroup(m_groupContainer))
+        if (other && other != this)
+            other->setValue(false);
+}
+
+// Clicks --------------------------------------------------------------------------
+
+void zolButton::click()
+{
+    if (!isEnabled())
+        return;
+    m_lastButton = 1;
+    runClick();
+}
+
+void zolButton::runClick()
+{
+    if (!isEnabled())
+        return;
+    if (m_lastButton == 1 && m_mode > 0) {
+        // An option that is on stays on, and its click raises nothing.
+        if (m_mode == 2 && isChecked())
+            return;
+        setValue(!isChecked());
+    }
+    QPointer<zolButton> guard(this);
+    Q_EMIT Click();
+    if (guard)
+        Q_EMIT clicked(isChecked());
+}
+
+void zolButton::nextCheckState()
+{
+    // Reached through QAbstractButton::click() only: the same rules as a click here.
+    m_lastButton = 1;
+    if (m_mode == 2 && isChecked())
+        return;
+    if (m_mode > 0)
+        setValue(!isChecked());
+    Q_EMIT Click();
+}
+
+// Pointer -------------------------------------------------------------------------
+
+bool zolButton::hitButton(const QPoint& pos) const
+{
+    if (!rect().contains(pos))
+        return false;
+    return m_shape < 4 || m_outer.contains(pos);
+}
+
+bool zolButton::pointerInside() const
+{
+    return QApplication::widgetAt(QCursor::pos()) == this;
+}
+
+void zolButton::startHover()
+{
+    // A disabled button takes no pointer.
+    if (!isEnabled())
+        return;
+    m_stateFlags |= kInsideBit;
+    m_hoverActive = true;
+    m_delayFlag = false;
+    if (QApplication::mouseButtons() & Qt::LeftButton)
+        m_mouseHeld = true;
+    m_hoverTimer->start();
+    redraw();
+    Q_EMIT MouseOnButton(true);
+}
+
+void zolButton::hoverTick()
+{
+    if (!m_hoverActive || pointerInside())
+        return;
+    endHover();
+}
+
+void zolButton::endHover()
+{
+    m_hoverTimer->stop();
+    m_stateFlags &= ~kInsideBit;
+    m_hoverActive = false;
+    m_delayFlag = false;
+    m_mouseHeld = false;
+    redraw();
+    Q_EMIT MouseOnButton(false);
+}
+
+void zolButton::pressCycle(const QPointF& pos, Qt::KeyboardModifiers mods)
+{
+    m_lastButton = 1;
+    m_stateFlags |= kDownBit;
+    m_mouseHeld = true;
+    m_delayFlag = false;
+    setDown(true);
+    redraw();
+    Q_EMIT MouseDown(1, ShiftCode(mods), float(pos.x()), float(pos.y()));
+}
+
+void zolButton::mousePressEvent(QMouseEvent* event)
+{
+    const int button = ButtonCode(event->button());
+    const QPointF pos = event->position();
+    if (!hitButton(pos.toPoint())) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    if (event->button() == Qt::LeftButton) {
+        pressCycle(pos, event->modifiers());
+        return;
+    }
+    m_lastButton = button;
+    Q_EMIT MouseDown(button, ShiftCode(event->modifiers()), float(pos.x()), float(pos.y()));
+}
+
+void zolButton::mouseReleaseEvent(QMouseEvent* event)
+{
+    const int button = ButtonCode(event->button());
+    const QPointF pos = event->position();
+    m_mouseHeld = false;
+    bool clicks = false;
+    if (event->button() == Qt::LeftButton) {
+        clicks = (m_stateFlags & kDownBit) && hitButton(pos.toPoint());
+        m_stateFlags &= ~kDownBit;
+        m_delayFlag = false;
+        setDown(false);
+        // Always redrawn: a check or option button let go outside would keep its pressed look.
+        redraw();
+    }
+    event->accept();
+    QPointer<zolButton> guard(this);
+    Q_EMIT MouseUp(button, ShiftCode(event->modifiers()), float(pos.x()), float(pos.y()));
+    if (!guard)
+        return;
+    m_lastButton = button;
+    if (clicks)
+        runClick();
+}
+
+void zolButton::mouseMoveEvent(QMouseEvent* event)
+{
+    const QPointF pos = event->position();
+    if (!m_hoverActive && hitButton(pos.toPoint()) &&
+        QApplication::widgetAt(event->globalPosition().toPoint()) == this)
+        startHover();
+    event->accept();
+    Q_EMIT MouseMove(ButtonsCode(event->buttons()), ShiftCode(event->modifiers()), float(pos.x()),
+                     float(pos.y()));
+}
+
+void zolButton::mouseDoubleClickEvent(QMouseEvent* event)
+{
+    if (!hitButton(event->position().toPoint())) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    QPointer<zolButton> guard(this);
+    Q_EMIT DoubleClick(m_lastButton);
+    // The second press of a double click is a press too, so a quick double click on a
+    // command runs it twice, as two single clicks would.
+    if (guard && event->button() == Qt::LeftButton)
+        pressCycle(event->position(), event->modifiers());
+}
+
+void zolButton::enterEvent(QEnterEvent* event)
+{
+    QAbstractButton::enterEvent(event);
+    if (!m_hoverActive && hitButton(event->position().toPoint()))
+        startHover();
+}
+
+void zolButton::leaveEvent(QEvent* event)
+{
+    QAbstractButton::leaveEvent(event);
+    hoverTick();
+}
+
+// Keys ------------------------------------------------------------------------------
+
+void zolButton::keyPressEvent(QKeyEvent* event)
+{
+    const int key = event->key();
+    const int code = KeyCodeOf(*event);
+    const int shift = ShiftCode(event->modifiers());
+    if (event->isAutoRepeat() && key == Qt::Key_Space) {
+        event->accept();
+        return;
+    }
+    QPointer<zolButton> guard(this);
+    Q_EMIT KeyDown(code, shift);
+    if (!guard)
+        return;
+    if (IsArrow(key)) {
+        event->accept();
+        const bool forward = key == Qt::Key_Right || key == Qt::Key_Down;
+        if (m_mode == 2 && m_inGroup) {
+            // The choice moves to the next option; its key-up selects it.
+            const QList<zolButton*> group = OptionGroup(m_groupContainer);
+            const int at = group.indexOf(this);
+            for (int step = 1; step < group.size(); ++step) {
+                zolButton* next = group[(at + (forward ? step : group.size() - step)) % group.size()];
+                if (next && next->isEnabled() && next->isVisible()) {
+                    next->setFocus(Qt::TabFocusReason);
+                    break;
+                }
+            }
+        } else if (QWidget* container = parentWidget()) {
+            QCoreApplication::postEvent(container, new QKeyEvent(QEvent::KeyPress, key, event->modifiers()));
+        }
+        return;
+    }
+    if (key == Qt::Key_Space) {
+        event->accept();
+        if (!(m_stateFlags & kDownBit)) {
+            m_stateFlags |= kDownBit | kInsideBit;
+            m_mouseHeld = true;
+            setDown(true);
+            redraw();
+            if (!m_hoverTimer->isActive())
+                m_stateFlags &= ~kInsideBit;
+        }
+        Q_EMIT KeyPress(32);
+        return;
+    }
+    if ((key == Qt::Key_Return || key == Qt::Key_Enter) && m_mode == 0) {
+        event->accept();
+        Q_EMIT KeyPress(13);
+        if (guard) {
+            m_lastButton = 1;
+            runClick();
+        }
+        return;
+    }
+    if (!event->text().isEmpty())
+        Q_EMIT KeyPress(event->text().at(0).unicode());
+    event->ignore();
+}
+
+void zolButton::keyReleaseEvent(QKeyEvent* event)
+{
+    const int key = event->key();
+    if (event->isAutoRepeat()) {
+        event->accept();
+        return;
+    }
+    QPointer<zolButton> guard(this);
+    Q_EMIT KeyUp(KeyCodeOf(*event), ShiftCode(event->modifiers()));
+    if (!guard)
+        return;
+    if (key == Qt::Key_Space) {
+        event->accept();
+        if (m_stateFlags & kDownBit) {
+            m_stateFlags &= ~kDownBit;
+            m_mouseHeld = false;
+            setDown(false);
+            m_lastButton = 1;
+            redraw();
+            runClick();
+        }
+        return;
+    }
+    if (IsArrow(key)) {
+        event->accept();
+        if (m_mode == 2 && !isChecked()) {
+            m_lastButton = 1;
+            runClick();
+        }
+        return;
+    }
+    if (key == Qt::Key_Shift) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+}
+
+void zolButton::focusInEvent(QFocusEvent* event)
+{
+    QWidget::focusInEvent(event);
+    redraw();
+}
+
+void zolButton::focusOutEvent(QFocusEvent* event)
+{
+    QWidget::focusOutEvent(event);
+    // A Space held while the focus goes elsewhere never comes up here.
+    if ((m_stateFlags & kDownBit) && !(QApplication::mouseButtons() & Qt::LeftButton)) {
+        m_stateFlags &= ~kDownBit;
+        m_mouseHeld = false;
+        setDown(false);
+    }
+    redraw();
+}
+
+// Events ----------------------------------------------------------------------------
+
+bool zolButton::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::Shortcut:
+        // The access key clicks at once, like a left click; check and option buttons
+        // don't answer Enter or Escape.
+        if (static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+            setFocus(Qt::ShortcutFocusReason);
+        } else {
+            m_lastButton = 1;
+            runClick();
+        }
+        return true;
+    case QEvent::ToolTipChange:
+        updateText();
+        break;
+    case QEvent::ParentAboutToChange:
+        if (m_inGroup)
+            leaveGroup();
+        if (QWidget* w = window(); w && w != this)
+            w->removeEventFilter(this);
+        break;
+    case QEvent::ParentChange:
+        if (m_mode == 2)
+            joinGroup();
+        if (m_default)
+            setDefault(true);
+        redraw();
+        break;
+    default:
+        break;
+    }
+    return QAbstractButton::event(event);
+}
+
+bool zolButton::eventFilter(QObject* watched, QEvent* event)
+{
+    // The default button's window: an Enter nobody took clicks it.
+    if (watched == window() && event->type() == QEvent::KeyPress && m_default) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if ((key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) && m_mode == 0 && isVisible() &&
+            isEnabled()) {
+            m_lastButton = 1;
+            runClick();
+            return true;
+        }
+    }
+    return QAbstractButton::eventFilter(watched, event);
+}
+
+void zolButton::changeEvent(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::EnabledChange:
+        if (!isEnabled()) {
+            m_stateFlags &= ~(kDownBit | kInsideBit);
+            m_hoverActive = false;
+            m_mouseHeld = false;
+            m_hoverTimer->stop();
+            setDown(false);
+        }
+        redraw();
+        break;
+    case QEvent::PaletteChange:
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        // The container's colour is taken over where it shows.
+        m_dirty = true;
+        update();
+        break;
+    default:
+        break;
+    }
+    QAbstractButton::changeEvent(event);
+}
+
+} // namespace velunta
