@@ -58,6 +58,7 @@
 #include <QIcon>
 #include <QImage>
 #include <QPixmap>
+#include <QPointer>
 #include <QRegion>
 #include <QVariantMap>
 
@@ -315,7 +316,7 @@ private:
     bool m_delayFlag = false;
     bool m_default = false;
     bool m_inGroup = false;
-    QWidget* m_groupContainer = nullptr;
+    QPointer<QWidget> m_groupContainer;
     QTimer* m_hoverTimer = nullptr;
     Prompt* m_prompt = nullptr;
 

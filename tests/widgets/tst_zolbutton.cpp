@@ -1,7 +1,7 @@
 // The program's button: looks and shapes, outlines cut from pictures, the option
 // group, the pointer and key state machine, the property map and the access keys.
 // With VELUNTA_BUTTON_GALLERY=<file.png> it also draws every look in every shape and
-// state into one picture for review.
+// state into one picture for review (scripts/button-gallery takes it at 100 % and 200 %).
 
 #include "document/frmPaint.h"
 #include "support/MainWindowFixture.h"
@@ -10,6 +10,7 @@
 
 #include <QAccessible>
 #include <QDialog>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPainter>
@@ -480,15 +481,21 @@ private Q_SLOTS:
             QSKIP("VELUNTA_BUTTON_GALLERY is not set");
         // Columns: the nine shapes; rows: each look plain, under the pointer, pressed
         // and on, with a gradient on every other look; over the toolbar's blue.
-        Window w;
+        // Three rows of three, so the window fits a small screen at 200 % too.
+        QWidget w;
+        auto* grid = new QGridLayout(&w);
         const QImage cut = Picture({"....RRRR....", "..RRRRRRRR..", ".RRRRBBRRRR.", "RRRRBBBBRRRR",
                                     ".RRRRBBRRRR.", "..RRRRRRRR..", "....RRRR...."})
                                .scaled(84, 40);
         QList<zolButton*> shapes;
-        for (int shape = 0; shape < 9; ++shape)
-            shapes << w.add();
+        for (int shape = 0; shape < 9; ++shape) {
+            shapes << new zolButton(&w);
+            grid->addWidget(shapes.last(), shape / 3, shape % 3);
+        }
+        w.move(0, 0);
         w.show();
-        const qreal dpr = w.top.devicePixelRatioF();
+        QVERIFY(QTest::qWaitForWindowExposed(&w));
+        const qreal dpr = w.devicePixelRatioF();
         const int cellW = 92, cellH = 48, left = 110;
         QImage sheet(QSize(left + 9 * cellW, 8 * 4 * cellH + 20) * dpr, QImage::Format_ARGB32_Premultiplied);
         sheet.setDevicePixelRatio(dpr);
