@@ -18,7 +18,7 @@
 
 namespace velunta {
 
-Q_LOGGING_CATEGORY(lcButton, "velunta.widgets.button")
+Q_LOGGING_CATEGORY(lcWidgets, "velunta.widgets")
 
 namespace {
 
@@ -145,7 +145,7 @@ void zolButton::store(int& field, int value, int lo, int hi, const char* key)
 
 void zolButton::refuse(const QString& message)
 {
-    qCInfo(lcButton) << objectName() << "refused:" << message;
+    qCInfo(lcWidgets) << objectName() << "refused:" << message;
     if (m_prompt)
         m_prompt->MsgBox(message, vbExclamation);
     Q_EMIT Refused(message);
@@ -368,7 +368,7 @@ void zolButton::setPicture(const QString& nameOrPath)
                 picture = QVariant::fromValue(reader.read());
         }
         if (!picture.isValid())
-            qCWarning(lcButton) << "no picture" << nameOrPath;
+            qCWarning(lcWidgets) << "no picture" << nameOrPath;
     }
     setPicture(picture);
     if (picture.isValid())
