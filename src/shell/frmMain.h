@@ -10,6 +10,7 @@
 #include "document/ToolHost.h"
 #include "document/UndoRing.h"
 #include "shell/MenuTable.h"
+#include "widgets/zolButton.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -26,7 +27,6 @@ class QMdiArea;
 class QMimeData;
 class QMdiSubWindow;
 class QMenu;
-class QToolButton;
 class QFrame;
 class QCheckBox;
 class QGridLayout;
@@ -225,8 +225,8 @@ public:
     bool isBuilt(MenuId id, int index = -1) const;
     QAction* action(const QString& name) const;
     QMenu* menu(const QString& name) const;
-    QToolButton* CmdCommands(int index) const { return m_commands.at(index); }
-    QToolButton* Cmd(int index) const { return m_tools.at(index); }
+    zolButton* CmdCommands(int index) const { return m_commands.at(index); }
+    zolButton* Cmd(int index) const { return m_tools.at(index); }
     QLabel* lblCoords() const { return m_lblCoords; }
     QLabel* lblArea() const { return m_lblArea; }
     QLabel* lblImgSize() const { return m_lblImgSize; }
@@ -341,10 +341,10 @@ private:
     QLabel* m_lblImgSize = nullptr;
     QCheckBox* m_chkSnapGrid = nullptr;
     QCheckBox* m_chkDetailEdit = nullptr;
-    std::array<QToolButton*, 23> m_commands{};
+    std::array<zolButton*, 23> m_commands{};
     std::array<bool, 23> m_commandBuilt{};
     std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
-    std::array<QToolButton*, kToolCount> m_tools{};
+    std::array<zolButton*, kToolCount> m_tools{};
     std::vector<QAction*> m_rowActions; // by row of MenuRows()
     QHash<quint32, int> m_rowOf;        // row by id and index
     QHash<QString, QAction*> m_actions;

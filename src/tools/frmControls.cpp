@@ -18,7 +18,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QStackedWidget>
 
@@ -30,13 +29,6 @@ namespace {
 constexpr int kStripHeight = 2 * kStyleButtonSize + 8;
 
 const char* const kStripStyle =
-    "QToolButton[styleButton=\"true\"] { border: 1px solid transparent; border-radius: 3px; "
-    "background: transparent; }"
-    "QToolButton[styleButton=\"true\"]:hover { border-color: rgb(116,156,218); background: rgb(220,245,255); "
-    "}"
-    "QToolButton[styleButton=\"true\"]:checked { background: rgb(255,232,166); border-radius: 0px; "
-    "border-top: 1px solid rgb(110,110,110); border-left: 1px solid rgb(110,110,110); "
-    "border-right: 1px solid white; border-bottom: 1px solid white; }"
     "QLabel[readout=\"true\"] { background: white; border: 1px solid rgb(116,156,218); padding: 0px 4px; }"
     "QLabel[readout=\"true\"]:disabled { background: rgb(235,240,248); color: rgb(130,130,130); }"
     "QLabel[caption=\"true\"] { font-weight: bold; color: rgb(20,50,110); }"

@@ -12,6 +12,7 @@
 #include "support/FakeHost.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
+#include "tools/frmControls.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -242,6 +243,12 @@ private Q_SLOTS:
         QVERIFY(!m.action(MenuId::Paste)->isEnabled() && !m.CmdCommands(6)->isEnabled());
         QVERIFY(!m.action(MenuId::mnugrabmask)->isVisible());
         QVERIFY(m.action(MenuId::mnuExportBMP)->isEnabled());
+        // The option panels ask for commands by name: each is an operation of the window,
+        // one of the float's check boxes, or a menu entry.
+        for (const QString& name : m.controls()->operationNames())
+            QVERIFY2(m.builtOperations().contains(name) || name == op::BlendThePic ||
+                         name == op::DoTransparent || m.action(name),
+                     qPrintable(name));
     }
 
     void easyModeHidesExactlyItsList()
