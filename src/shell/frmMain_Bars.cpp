@@ -72,8 +72,8 @@ const char* const kToolTips[20] = {"Cursor/pointer (C)",
 
 // Where each tool stands in the two columns of the strip (row, column).
 const int kToolPlace[kToolCount][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1},
-                               {1, 0}, {1, 1}, {5, 1}, {6, 0}, {7, 1}, {4, 0}, {7, 0},
-                               {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
+                                       {1, 0}, {1, 1}, {5, 1}, {6, 0}, {7, 1}, {4, 0}, {7, 0},
+                                       {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
 
 } // namespace
 
