@@ -36,7 +36,8 @@ Kind kindOf(QByteArrayView d)
         return Kind::Gif;
     if (starts("\x89PNG\r\n\x1A\n"))
         return Kind::Png;
-    if (starts(QByteArrayView("\0\0\1\0", 4)))
+    // An icon or a cursor: the same directory of pictures, told apart by its type word.
+    if (starts(QByteArrayView("\0\0\1\0", 4)) || starts(QByteArrayView("\0\0\2\0", 4)))
         return Kind::Ico;
     return Kind::Unknown;
 }

@@ -1,6 +1,6 @@
 #pragma once
-// The picture loader: BMP (also DIB and RLE), JPEG, GIF (first picture), ICO
-// (largest picture) and PNG, told apart by the file's first bytes, never by its
+// The picture loader: BMP (also DIB and RLE), JPEG, GIF (first picture), ICO and
+// CUR (largest picture) and PNG, told apart by the file's first bytes, never by its
 // name. Documents have no alpha, so transparent pixels come out over white.
 //
 // Failures carry the program's error numbers, which the caller shows as

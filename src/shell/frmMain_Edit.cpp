@@ -65,6 +65,10 @@ void frmMain::UndoResize_Click()
         Document& doc = form->doc;
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
+        // The picture's file is the one the window is named after again. A page that was
+        // never saved keeps no file: its name ("Untitled.bmp") is no place to write to.
+        if (QFileInfo(doc.Name).isAbsolute())
+            doc.Buffer.Tag = doc.Name;
         PictureResized();
     }
     enable(MenuId::UndoResize, false);
