@@ -162,6 +162,14 @@ public:
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
+    // Effects: the one-click filters of the Image and Effects menus and the Effects
+    // Browser (frmMain_Effects.cpp).
+    void Greyscale_Click(int index);
+    void mnugrayscale_Click();
+    void mnuDoBright_Click();
+    void mnuDoDark_Click();
+    void Filters_Click();
+
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
     RecoveryWriter* recoveryWriter() const { return m_recovery.get(); }
