@@ -39,6 +39,7 @@ class RecoveryWriter;
 struct RecoverySource;
 struct FoundPicture;
 class frmControls;
+struct EffectsBrowserMemory;
 class frmPaint;
 class ProgressStrip;
 struct GridSettings;
@@ -169,6 +170,8 @@ public:
     void mnuDoBright_Click();
     void mnuDoDark_Click();
     void Filters_Click();
+    // Opens the Effects Browser on the picture or the floating selection.
+    void mnuEffectBrowser_Click();
 
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
@@ -368,6 +371,8 @@ private:
     // Busy states open now, and the one that started the progress strip (0: none).
     int m_busyDepth = 0;
     int m_progressDepth = 0;
+    // Effects: what the Effects Browser keeps between two openings.
+    std::shared_ptr<EffectsBrowserMemory> m_effectsBrowser;
 };
 
 } // namespace velunta

@@ -5,8 +5,11 @@
 
 #include "shell/frmMain.h"
 
+#include "core/SettingsStore.h"
 #include "document/ImageCommand.h"
+#include "effects/frmEffectsBrowser.h"
 #include "effects/fx/FxOnPicture.h"
+#include "shell/Services.h"
 
 namespace velunta {
 
@@ -59,6 +62,19 @@ void frmMain::Filters_Click()
             enableRow(i, document);
     enable(MenuId::mnuBright, document);
     enable(MenuId::mnuDark, document);
+}
+
+void frmMain::mnuEffectBrowser_Click()
+{
+    // The browser works on copies; the command takes its one undo step only when the
+    // result is written back.
+    ImageCommand command(*this, {.name = "mnuEffectBrowser"});
+    if (!command)
+        return;
+    if (!m_effectsBrowser)
+        m_effectsBrowser = std::make_shared<EffectsBrowserMemory>();
+    frmEffectsBrowser dialog(command, m_services.settings, m_services.prompt, *m_effectsBrowser, this);
+    dialog.exec();
 }
 
 } // namespace velunta

@@ -139,7 +139,7 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuwallpaper, -1, M::mnuTools, "mnuwallpaper", "Set as Wallpaper"},
 
     top(M::Filters, "Filters", "&Effects", R::Document),
-    {M::mnuEffectBrowser, -1, M::Filters, "mnuEffectBrowser", "Effects Browser..."},
+    {M::mnuEffectBrowser, -1, M::Filters, "mnuEffectBrowser", "Effects Browser...", R::Document, &F::mnuEffectBrowser_Click},
     sub(M::GreyScalemenu, M::Filters, "GreyScalemenu", "&Ambient Light"),
     {M::Greyscale, 0, M::GreyScalemenu, "Greyscale", "&Black && White", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 1),
@@ -261,7 +261,7 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Clipboard, &F::Paste_Click},            // 6 "paste"
     {R::Document, &F::Undo_Click},              // 7 "undo/redo"
     {R::Document, {}, true},                    // 8 "picture frames"
-    {R::Document, {}, true},                    // 9 "Effects Browser"
+    {R::Document, &F::mnuEffectBrowser_Click, true}, // 9 "Effects Browser"
     {R::Document, &F::mnugrayscale_Click, true}, // 10 "Gray scale image"
     {R::Document, {}, true},                    // 11 "Size image"
     {R::Document, {}, true},                    // 12 "flip horizontal"
