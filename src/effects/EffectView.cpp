@@ -38,12 +38,14 @@ QSize EffectView::sizeHint() const
 void EffectView::setImage(const QImage* image)
 {
     m_image = image;
+    m_shrunk = QImage();
     updateScrollBars();
     viewport()->update();
 }
 
 void EffectView::refresh()
 {
+    m_shrunk = QImage();
     updateScrollBars();
     viewport()->update();
 }
@@ -98,35 +100,46 @@ QPointF EffectView::toPicture(const QPointF& viewPoint) const
     return (viewPoint - origin()) / scale();
 }
 
-void EffectView::Draw(QPainter& painter, const QImage& image, const QRectF& area, const QPointF& corner,
-                      double scale)
+const QImage& EffectView::shrunk(double scale)
 {
-    painter.fillRect(area, kAreaColor);
-    if (image.isNull())
-        return;
-    if (scale == 1.0) {
-        // Actual size: only the part in the area, with no resampling.
-        const QRectF where = QRectF(corner, QSizeF(image.size())).intersected(area);
-        if (!where.isEmpty())
-            painter.drawImage(where.topLeft(), image, where.translated(-corner));
-        return;
+    const qreal ratio = devicePixelRatioF();
+    const QSize size(std::max(1, int(std::lround(m_image->width() * scale * ratio))),
+                     std::max(1, int(std::lround(m_image->height() * scale * ratio))));
+    if (m_shrunk.size() != size) {
+        m_shrunk = m_image->scaled(size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        m_shrunk.setDevicePixelRatio(ratio);
     }
-    const QRectF target(corner, QSizeF(image.width() * scale, image.height() * scale));
-    // Smoothed when the picture shrinks (a photo would sparkle otherwise), sharp pixels
-    // when a small one is enlarged.
-    painter.setRenderHint(QPainter::SmoothPixmapTransform, scale < 1.0);
-    const QRectF visible = target.intersected(area);
-    if (visible.isEmpty())
-        return;
-    const QRectF source((visible.left() - corner.x()) / scale, (visible.top() - corner.y()) / scale,
-                        visible.width() / scale, visible.height() / scale);
-    painter.drawImage(visible, image, source);
+    return m_shrunk;
 }
 
 void EffectView::paintEvent(QPaintEvent*)
 {
     QPainter painter(viewport());
-    Draw(painter, m_image ? *m_image : QImage(), QRectF(viewport()->rect()), origin(), scale());
+    const QRectF area(viewport()->rect());
+    painter.fillRect(area, kAreaColor);
+    if (!m_image || m_image->isNull())
+        return;
+    const double s = scale();
+    const QPointF corner = origin();
+    if (s < 1.0) {
+        painter.drawImage(corner, shrunk(s));
+        return;
+    }
+    if (s == 1.0) {
+        // Actual size: only the part in the area.
+        const QRectF where = QRectF(corner, QSizeF(m_image->size())).intersected(area);
+        if (!where.isEmpty())
+            painter.drawImage(where.topLeft(), *m_image, where.translated(-corner));
+        return;
+    }
+    // A small picture fitted to the area: its pixels grow as sharp squares.
+    const QRectF target(corner, QSizeF(m_image->width() * s, m_image->height() * s));
+    const QRectF visible = target.intersected(area);
+    if (visible.isEmpty())
+        return;
+    const QRectF source((visible.left() - corner.x()) / s, (visible.top() - corner.y()) / s,
+                        visible.width() / s, visible.height() / s);
+    painter.drawImage(visible, *m_image, source);
 }
 
 void EffectView::resizeEvent(QResizeEvent* event)

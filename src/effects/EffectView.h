@@ -44,11 +44,6 @@ public:
     // The picture point under a point of the area (may lie outside the picture).
     QPointF toPicture(const QPointF& viewPoint) const;
 
-    // Draws `image` as the view does into `area` of a painter: at actual size with its
-    // corner at `corner`, or scaled by `scale` from there. Used by the benchmark too.
-    static void Draw(QPainter& painter, const QImage& image, const QRectF& area, const QPointF& corner,
-                     double scale);
-
     QSize sizeHint() const override;
 
 Q_SIGNALS:
@@ -70,6 +65,10 @@ protected:
 private:
     void updateScrollBars();
     void updateCursor();
+    // The picture shrunk to the size it shows at, averaged over the pixels each screen
+    // pixel covers: fine lines (scan lines, a grid) would beat into false stripes if
+    // every screen pixel just took the nearest few.
+    const QImage& shrunk(double scale);
 
     const QImage* m_image = nullptr;
     bool m_actual = true;
@@ -80,6 +79,7 @@ private:
     bool m_dragging = false;
     QPointF m_grab;
     bool m_syncing = false;
+    QImage m_shrunk; // null when the picture or the fit changed since it was made
 };
 
 } // namespace velunta

@@ -167,7 +167,8 @@ private Q_SLOTS:
     void applyStacksAndUndoAllRestoresTheOriginal()
     {
         Browser b;
-        b.dialog->mnuFx_Click(1120); // Invert
+        QVERIFY(b.child<zolButton>("Chkzoom")->Value()); // a small picture shows at actual size
+        b.dialog->mnuFx_Click(1120);                     // Invert
         b.dialog->Command2_Click();
         QVERIFY(b.dialog->EffectApplied());
         b.dialog->mnuFx_Click(1120); // inverted again from the applied picture
