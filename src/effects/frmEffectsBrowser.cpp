@@ -418,6 +418,7 @@ void frmEffectsBrowser::activation()
     m_view->setActualSize(actual);
     m_view->Move(0, 0);
     resetControls();
+    m_ColorSel->setToolTip(tr("Select a color from picture")); // until an effect is chosen
     m_EffectPending = false;
     m_EffectApplied = false;
 }
