@@ -74,8 +74,13 @@ inline constexpr qint64 UnprovenAllowance(qint64 fileBytes)
 // whose text names the limits.
 bool WithinLimits(qint64 width, qint64 height, LoadFailure& failure);
 // True when the pixels that the data does not fill (the whole picture but
-// `provenPixels`) stay within the allowance of a file of `fileBytes`; otherwise the
-// failure says the file is too small for its stated size.
+// `provenPixels`) stay within the allowance of a file of `fileBytes`.
+inline constexpr bool WithinAllowance(qint64 width, qint64 height, qint64 provenPixels, qint64 fileBytes)
+{
+    return (width * height - provenPixels) * 4 <= UnprovenAllowance(fileBytes);
+}
+// WithinLimits() and WithinAllowance(); otherwise the failure says the file is too
+// small for its stated size.
 bool DataCanFill(qint64 width, qint64 height, qint64 provenPixels, qint64 fileBytes, LoadFailure& failure);
 // A picture of the size when it is within the limits and memory can be had, else a
 // null image with the failure set. Only for pixels already proven.

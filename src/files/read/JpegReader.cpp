@@ -69,8 +69,12 @@ bool readPixels(jpeg_decompress_struct& cinfo, JpegErrors& errors, PictureRows& 
     const bool inverted = cinfo.saw_Adobe_marker;
     while (cinfo.output_scanline < cinfo.output_height) {
         if (sequential && errors.dataEndRow >= 0 &&
-            !DataCanFill(cinfo.output_width, cinfo.output_height,
-                         qint64(errors.dataEndRow) * cinfo.output_width, fileBytes, failure)) {
+            !WithinAllowance(cinfo.output_width, cinfo.output_height,
+                             qint64(errors.dataEndRow) * cinfo.output_width, fileBytes)) {
+            failure.invalid(QStringLiteral("The file is cut short or damaged: its picture data ends at row "
+                                           "%1 of %2, too early for a picture this large.")
+                                .arg(errors.dataEndRow)
+                                .arg(cinfo.output_height));
             stop = Stop::TooLittleData;
             return false;
         }

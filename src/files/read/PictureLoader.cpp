@@ -213,7 +213,7 @@ bool DataCanFill(qint64 width, qint64 height, qint64 provenPixels, qint64 fileBy
 {
     if (!WithinLimits(width, height, failure))
         return false;
-    if ((width * height - provenPixels) * 4 <= UnprovenAllowance(fileBytes))
+    if (WithinAllowance(width, height, provenPixels, fileBytes))
         return true;
     failure.invalid(QStringLiteral("The file is too small for its picture: it says %1 x %2 pixels, "
                                    "but holds the data of far fewer.")
