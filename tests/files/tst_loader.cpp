@@ -191,6 +191,8 @@ class tst_loader : public QObject {
              ErrInvalidPicture, cutShort},
             {"interlaced png stating 20000 x 20000", PngFile(20000, 20000, 8, 2, {pngRow}, {}, true),
              ErrInvalidPicture, cutShort},
+            {"png 2147483647 pixels wide", PngFile(0x7FFFFFFF, 1, 8, 6, {}), ErrOutOfMemory,
+             QStringLiteral("too large: 2147483647 x 1")},
             // GIF canvas.
             {"gif image partly outside the screen",
              GifFile({4, 3, 2, 2, 3, 2, 2, QByteArray::fromHex("000000FF0000"), QByteArray(6, 1)}),

@@ -59,7 +59,8 @@ bool readInfo(png_structp png, png_infop info, Picture& picture)
 {
     if (setjmp(png_jmpbuf(png)))
         return false;
-    // The loader's own limits are checked on the size below, with its own message.
+    // The loader's own limits are checked on the size before any row memory is
+    // taken, with its own message.
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
     // Mutated files seldom keep their checksums right; the fuzzer wants what lies behind them.
@@ -71,7 +72,15 @@ bool readInfo(png_structp png, png_infop info, Picture& picture)
     png_get_IHDR(png, info, &picture.width, &picture.height, &depth, &colorType, &interlace, nullptr,
                  nullptr);
     picture.alpha = (colorType & PNG_COLOR_MASK_ALPHA) || png_get_valid(png, info, PNG_INFO_tRNS);
-    // To eight-bit B G R A (or A R G B on big-endian machines), the bytes of Format_ARGB32.
+    return true;
+}
+
+// The row format: eight-bit B G R A (or A R G B on big-endian machines), the bytes
+// of Format_ARGB32. libpng takes its row buffers here.
+bool startRows(png_structp png, png_infop info, Picture& picture)
+{
+    if (setjmp(png_jmpbuf(png)))
+        return false;
     png_set_expand(png);
     png_set_scale_16(png);
     png_set_gray_to_rgb(png);
@@ -125,6 +134,22 @@ private:
         png_set_read_fn(m_png, &m_source, readBytes);
         return readInfo(m_png, m_info, m_picture);
     }
+    // The size within the limits, then the rows set up.
+    bool start()
+    {
+        const qint64 width = m_picture.width, height = m_picture.height;
+        if (!WithinLimits(width, height, m_failure))
+            return false;
+        if (width == 0 || height == 0) {
+            m_failure.invalid(QStringLiteral("The picture has no pixels."));
+            return false;
+        }
+        if (!startRows(m_png, m_info, m_picture)) {
+            refuse();
+            return false;
+        }
+        return true;
+    }
     void close()
     {
         if (m_png)
@@ -161,13 +186,9 @@ QImage Decoder::read()
         refuse();
         return {};
     }
+    if (!start())
+        return {};
     const qint64 width = m_picture.width, height = m_picture.height;
-    if (!WithinLimits(width, height, m_failure))
-        return {};
-    if (width == 0 || height == 0) {
-        m_failure.invalid(QStringLiteral("The picture has no pixels."));
-        return {};
-    }
     png_uint_32 done = 0;
     if (m_picture.passes > 1) {
         // Every pass into one scratch row: proves the data, keeps no pixels.
@@ -183,6 +204,8 @@ QImage Decoder::read()
             refuse();
             return {};
         }
+        if (!start())
+            return {};
         done = 0;
     }
     PictureRows rows(int(width), int(height), qint64(m_source.size));
