@@ -1,6 +1,7 @@
 // The file layer against the tools and the plain byte copy it should come close to,
 // on a 4000 x 3000 picture.
 
+#include "BenchPictures.h"
 #include "files/BmpWriter.h"
 #include "files/GIF.h"
 #include "files/JpegWriter.h"
@@ -26,27 +27,9 @@ namespace {
 constexpr int kWidth = 4000;
 constexpr int kHeight = 3000;
 
-// Something like a photograph: smooth shades with grain on them.
-QImage photo()
-{
-    QImage image(kWidth, kHeight, QImage::Format_RGB32);
-    quint32 seed = 12345;
-    for (int y = 0; y < kHeight; ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < kWidth; ++x) {
-            seed = seed * 1664525u + 1013904223u;
-            const int grain = int(seed >> 28) - 8;
-            line[x] =
-                qRgb(qBound(0, x * 255 / kWidth + grain, 255), qBound(0, y * 255 / kHeight + grain, 255),
-                     qBound(0, ((x + y) / 30) % 256 + grain, 255));
-        }
-    }
-    return image;
-}
-
 struct Files {
     QTemporaryDir dir;
-    QImage picture = photo();
+    QImage picture = bench::Photo(kWidth, kHeight);
     QString path(const char* name) const { return dir.filePath(QString::fromLatin1(name)); }
     Files()
     {

@@ -10,6 +10,9 @@ Q_LOGGING_CATEGORY(lcSettings, "velunta.settings")
 SettingsStore::SettingsStore()
     : m_settings(std::make_unique<QSettings>(QStringLiteral("Zolvane"), QStringLiteral("Velunta")))
 {
+    // The default, said out loud: a sync writes a temporary file, flushes it and renames
+    // it over the old one, or fails and leaves the old file whole.
+    m_settings->setAtomicSyncRequired(true);
 }
 
 SettingsStore::~SettingsStore()

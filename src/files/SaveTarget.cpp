@@ -1,5 +1,9 @@
 #include "files/SaveTarget.h"
 
+#include "core/SafeFile.h"
+
+#include <QFileInfo>
+
 namespace velunta {
 
 SaveTarget::SaveTarget(const QString& path) : m_file(path)
@@ -20,7 +24,10 @@ bool SaveTarget::open()
         fail(QStringLiteral("No file name"));
         return false;
     }
-    if (!m_file.open(QIODevice::WriteOnly)) {
+    // Unbuffered: QSaveFile misses a failure of its own buffer's last write at the
+    // commit and would rename a file cut short by a full disk over the old one. Our
+    // buffer is larger anyway, and every write is checked here.
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
         fail(m_file.errorString());
         return false;
     }
@@ -81,6 +88,7 @@ bool SaveTarget::commit()
         fail(m_file.errorString());
         return false;
     }
+    SyncFolder(QFileInfo(m_file.fileName()).absolutePath());
     return true;
 }
 

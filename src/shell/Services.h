@@ -8,6 +8,7 @@ namespace velunta {
 
 class FileDialogs;
 class Prompt;
+class RecoveryPrompt;
 class SettingsStore;
 
 struct Services {
@@ -17,6 +18,9 @@ struct Services {
     QString AppFolder; // with a trailing "/"
     // Waits of the start-up (splash) are skipped when false, for tests.
     bool splashWaits = true;
+    // The offer of unsaved pictures that an earlier run left behind. Without it (the
+    // tests that don't ask for it) no picture is kept against a crash.
+    RecoveryPrompt* recovery = nullptr;
 };
 
 } // namespace velunta

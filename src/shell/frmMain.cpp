@@ -4,6 +4,8 @@
 #include "core/Faults.h"
 #include "core/Prompt.h"
 #include "document/frmPaint.h"
+#include "files/RecoveryStore.h"
+#include "files/RecoveryWriter.h"
 #include "shell/ProgressStrip.h"
 #include "shell/Services.h"
 #include "shell/frmSplashh.h"
@@ -153,6 +155,8 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
 frmMain::~frmMain()
 {
     qApp->removeEventFilter(this);
+    // Gone without a close (the end of a test): changed pictures stay for the next start.
+    EndRecovery(false);
 }
 
 void frmMain::Load(const QString& commandLine, const std::function<void(const QString&)>& status)
@@ -199,6 +203,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
         m_controls->LoadDrawSettings();
         SaveSettings(true);
     });
+    StartRecovery();
 }
 
 frmPaint* frmMain::activeDocument() const
@@ -231,6 +236,8 @@ frmPaint* frmMain::createDocument()
 void frmMain::closeEvent(QCloseEvent* event)
 {
     if (m_exiting) {
+        // Exit asks nothing, so nothing it leaves unsaved is lost: the next start offers it.
+        EndRecovery(false);
         event->accept();
         return;
     }
@@ -248,6 +255,7 @@ void frmMain::closeEvent(QCloseEvent* event)
     }
     for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
         QFile::remove(m_services.AppFolder + QLatin1String(name));
+    EndRecovery(true);
     m_exiting = true;
     event->accept();
     QCoreApplication::exit(0);

@@ -16,6 +16,7 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 
 class QLabel;
 class QMdiArea;
@@ -30,6 +31,10 @@ class QGridLayout;
 namespace velunta {
 
 class ColorStrip;
+class RecoveryStore;
+class RecoveryWriter;
+struct RecoverySource;
+struct FoundPicture;
 class frmControls;
 class frmPaint;
 class ProgressStrip;
@@ -131,6 +136,11 @@ public:
     void menuExGridSetup_Click();
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
+
+    // Unsaved pictures kept against a crash: the session starts with the load, offers
+    // what an earlier run left, and ends with the close. Null while nothing is kept.
+    RecoveryWriter* recoveryWriter() const { return m_recovery.get(); }
+    void OfferRecovery();
 
     // Colours (the strip in the right bar).
     void SetColorBars();
@@ -272,6 +282,12 @@ private:
     void showEntry(const QString& name, bool visible);
     // Runs a command inside the guard: a fault ends it and the program runs on.
     void guarded(const char* step, const std::function<void()>& fn);
+    void StartRecovery();
+    // Keeps the files of the changed pictures the user wasn't asked about (all of them
+    // when `askedAboutActive` is false, else all but the active one) for the next start.
+    void EndRecovery(bool askedAboutActive);
+    QList<RecoverySource> recoverySources() const;
+    void RestoreRecovered(const FoundPicture& found);
 
     Services& m_services;
     DrawState m_state;
@@ -304,6 +320,8 @@ private:
     Color m_previewKey = kNoColor;
     QHash<QString, std::function<void()>> m_operations;
     bool m_exiting = false;
+    std::unique_ptr<RecoveryStore> m_recoveryStore;
+    std::unique_ptr<RecoveryWriter> m_recovery;
 };
 
 } // namespace velunta

@@ -3,6 +3,7 @@
 
 #include "shell/frmMain.h"
 
+#include "core/Prompt.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -10,6 +11,7 @@
 #include "widgets/ColorStrip.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -42,6 +44,13 @@ void frmMain::wireColors()
     });
     connect(m_colorStrip, &ColorStrip::reduceToPaletteRequested, this,
             [this] { guarded("ChangePalette", [this] { ChangePalette(); }); });
+    connect(m_colorStrip, &ColorStrip::userColorsNotSaved, this,
+            [this](const QString& path, const QString& why) {
+                m_services.prompt.MsgBox(tr("Your colours could not be saved in\n%1\n\n%2\n\n"
+                                            "They stay until Velunta is closed.")
+                                             .arg(QDir::toNativeSeparators(path), why),
+                                         vbExclamation, QStringLiteral("Velunta"));
+            });
     ApplyColors();
 }
 

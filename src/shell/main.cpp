@@ -6,10 +6,14 @@
 #include "shell/QtServices.h"
 #include "shell/Services.h"
 #include "shell/frmMain.h"
+#include "shell/frmRecovery.h"
 #include "shell/frmSplashh.h"
 
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QStringList>
+#include <QTranslator>
 
 int main(int argc, char** argv)
 {
@@ -17,8 +21,20 @@ int main(int argc, char** argv)
     QApplication::setOrganizationName(QStringLiteral("Zolvane"));
     QApplication::setApplicationName(QStringLiteral("Velunta"));
     QApplication::setApplicationVersion(QStringLiteral(VELUNTA_VERSION));
+    // Ties the windows to the installed launcher, for the icon and the name a desktop shows.
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.zolvane.Velunta"));
 
     using namespace velunta;
+    // The user's language, where a translation was shipped; Qt's own buttons too.
+    QTranslator qtTranslation;
+    if (qtTranslation.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),
+                           QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(&qtTranslation);
+    QTranslator translation;
+    if (translation.load(QLocale(), QStringLiteral("velunta"), QStringLiteral("_"),
+                         LayoutOf(QCoreApplication::applicationDirPath()).translations))
+        QCoreApplication::installTranslator(&translation);
+
     const bool waits = qEnvironmentVariableIsEmpty("VELUNTA_NO_SPLASH_WAIT");
     frmSplashh splash;
     splash.show();
@@ -31,10 +47,12 @@ int main(int argc, char** argv)
     SettingsStore settings;
     QtPrompt prompt;
     QtFileDialogs dialogs;
-    Services services{prompt, dialogs, settings, appFolder, waits};
+    QtRecoveryPrompt recovery;
+    Services services{prompt, dialogs, settings, appFolder, waits, &recovery};
     frmMain main(services);
     prompt.setParent(&main);
     dialogs.setParent(&main);
+    recovery.setParent(&main);
 
     // The command line is one text, as the program was given it.
     QStringList args = QCoreApplication::arguments();

@@ -1,11 +1,11 @@
 #include "widgets/ColorMath.h"
 
 #include "core/Numbers.h"
+#include "core/SafeFile.h"
 
 #include <QFile>
 #include <QHash>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 #include <cmath>
 
@@ -137,17 +137,13 @@ int ReadUserColors(const QString& path, std::array<Color, kUserColorCount>& cell
     return read;
 }
 
-bool WriteUserColors(const QString& path, const std::array<Color, kUserColorCount>& cells)
+bool WriteUserColors(const QString& path, const std::array<Color, kUserColorCount>& cells, QString* reason)
 {
     QByteArray text = QByteArray(kUserColorsHeader) + "\r\n";
     for (Color c : cells)
         text += ' ' + QByteArray::number(c) + " \r\n";
-    // Written beside the old file and renamed over it, so a failed write keeps the old colours.
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return false;
-    file.write(text);
-    return file.commit();
+    // A failed write keeps the old colours.
+    return WriteFileSafely(path, text, reason);
 }
 
 Color NearestColor(Color c, const QVector<Color>& palette)

@@ -57,8 +57,10 @@ QVector<Color> SelectedGradient(Color color0, Color color1, int width);
 // Returns how many cells were read; a missing file reads none.
 int ReadUserColors(const QString& path, std::array<Color, kUserColorCount>& cells);
 // Rewrites the file whole: the header, then each colour with one blank before and
-// after it, CR LF line ends. Returns false when it could not be written.
-bool WriteUserColors(const QString& path, const std::array<Color, kUserColorCount>& cells);
+// after it, CR LF line ends. Returns false with the reason when it could not be
+// written; the old file then stays as it was.
+bool WriteUserColors(const QString& path, const std::array<Color, kUserColorCount>& cells,
+                     QString* reason = nullptr);
 
 // The palette entry nearest to a colour in RGB space (the first of equals).
 Color NearestColor(Color c, const QVector<Color>& palette);

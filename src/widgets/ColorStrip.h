@@ -100,6 +100,8 @@ Q_SIGNALS:
     void colorsChanged();
     // "Use only the strip's colours" was asked for.
     void reduceToPaletteRequested();
+    // UserColors.ini could not be written (a full disk, a read-only folder).
+    void userColorsNotSaved(const QString& path, const QString& reason);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -190,8 +190,10 @@ void ColorStrip::PicUserColors_DblClick(int index)
         std::array<Color, kUserColorCount> cells;
         for (int i = 0; i < kUserColorCount; ++i)
             cells[i] = m_userColors->color(i);
-        // A folder that can't be written only costs the colours' lasting to the next run.
-        WriteUserColors(m_userColorsFile, cells);
+        // The colours stay for this run; the owner tells the user they won't last.
+        QString reason;
+        if (!WriteUserColors(m_userColorsFile, cells, &reason))
+            Q_EMIT userColorsNotSaved(m_userColorsFile, reason);
     }
     ColorDialogResult = kNoColor;
 }

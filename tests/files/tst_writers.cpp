@@ -18,8 +18,6 @@
 #include <QTest>
 
 #include <QRandomGenerator>
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace velunta;
 using namespace velunta::test;
@@ -218,15 +216,7 @@ private Q_SLOTS:
             if (!permissionsHold)
                 QSKIP("permissions don't stop this user (root)");
         } else if (situation == QLatin1String("disk full")) {
-            // Writes past 4 KB fail, as on a full disk.
-            std::signal(SIGXFSZ, SIG_IGN);
-            rlimit old{};
-            getrlimit(RLIMIT_FSIZE, &old);
-            rlimit limit = old;
-            limit.rlim_cur = 4096;
-            setrlimit(RLIMIT_FSIZE, &limit);
-            saved = save(writer, m_noise, path, &said);
-            setrlimit(RLIMIT_FSIZE, &old);
+            WithFullDisk(4096, [&] { saved = save(writer, m_noise, path, &said); });
         } else {
             saved = save(writer, m_noise, path + QStringLiteral("/picture"), &said);
         }
@@ -234,6 +224,26 @@ private Q_SLOTS:
         QCOMPARE(said, reason);
         QCOMPARE(ReadFile(path), QByteArray("old picture"));
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"picture"}); // no temporary file left
+    }
+
+    // A file small enough to wait in the file's own buffer used to be renamed over the
+    // old one cut short: the buffer's failing write at the close went unnoticed.
+    void smallFileOnAFullDiskIsRefused_data()
+    {
+        QTest::addColumn<QString>("writer");
+        for (const char* w : {"bmp", "gif", "jpeg"})
+            QTest::newRow(w) << w;
+    }
+    void smallFileOnAFullDiskIsRefused()
+    {
+        QFETCH(QString, writer);
+        const QString path = m_dir.filePath(QStringLiteral("small-") + writer);
+        QVERIFY(WriteFile(path, "old picture"));
+        bool saved = false;
+        // Each file is larger than 1 KB, and smaller than the file's buffer.
+        WithFullDisk(1024, [&] { saved = save(writer, m_noise.copy(0, 0, 48, 40), path); });
+        QVERIFY(!saved);
+        QCOMPARE(ReadFile(path), QByteArray("old picture"));
     }
 
     void cancelledGifKeepsOldFile()

@@ -3,6 +3,7 @@
 // advance, and every box shown is recorded.
 
 #include "core/Prompt.h"
+#include "shell/RecoveryPrompt.h"
 
 #include <QQueue>
 #include <QString>
@@ -43,6 +44,23 @@ public:
     QString next() { return paths.isEmpty() ? QString() : paths.dequeue(); }
     QQueue<QString> paths;
     QQueue<int> filterIndexes;
+};
+
+// Answers the offer of pictures found at start, and keeps what was offered.
+class ScriptedRecovery : public RecoveryPrompt {
+public:
+    Answer AskRecovery(const QList<RecoveryOffer>& found, QList<bool>& restore) override
+    {
+        offered = found;
+        ++asked;
+        if (!ticks.isEmpty())
+            restore = ticks;
+        return answer;
+    }
+    Answer answer = Later;
+    QList<bool> ticks;
+    QList<RecoveryOffer> offered;
+    int asked = 0;
 };
 
 } // namespace velunta::test

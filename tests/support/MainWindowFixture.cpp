@@ -10,14 +10,14 @@
 
 namespace velunta::test {
 
-MainWindowFixture::MainWindowFixture(bool fresh)
+MainWindowFixture::MainWindowFixture(bool fresh, RecoveryPrompt* recovery, const QString& appFolder)
 {
-    const QString folder = m_home.path() + QStringLiteral("/app/");
+    const QString folder = appFolder.isEmpty() ? m_home.path() + QStringLiteral("/app/") : appFolder;
     QDir().mkpath(folder + QStringLiteral("temp"));
     if (fresh)
         QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta")).clear();
     m_settings = std::make_unique<SettingsStore>();
-    m_services = std::make_unique<Services>(Services{prompt, dialogs, *m_settings, folder, false});
+    m_services = std::make_unique<Services>(Services{prompt, dialogs, *m_settings, folder, false, recovery});
     m_main = std::make_unique<frmMain>(*m_services);
     m_main->resize(1000, 700);
     m_main->show();

@@ -19,8 +19,10 @@ namespace velunta::test {
 
 class MainWindowFixture {
 public:
-    // fresh: start from an empty settings store, as on a first run.
-    explicit MainWindowFixture(bool fresh = true);
+    // fresh: start from an empty settings store, as on a first run. With `recovery` the
+    // window keeps unsaved pictures against a crash, in `folder` when one is given.
+    explicit MainWindowFixture(bool fresh = true, RecoveryPrompt* recovery = nullptr,
+                               const QString& folder = QString());
     ~MainWindowFixture();
 
     frmMain& main() { return *m_main; }

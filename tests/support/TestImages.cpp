@@ -5,6 +5,8 @@
 #include <QStandardPaths>
 
 #include <cmath>
+#include <csignal>
+#include <sys/resource.h>
 
 namespace velunta::test {
 
@@ -104,6 +106,18 @@ QByteArray ReadFile(const QString& path)
 bool HaveTool(const QString& program)
 {
     return !QStandardPaths::findExecutable(program).isEmpty();
+}
+
+void WithFullDisk(qint64 bytes, const std::function<void()>& fn)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    rlimit old{};
+    getrlimit(RLIMIT_FSIZE, &old);
+    rlimit limit = old;
+    limit.rlim_cur = rlim_t(bytes);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    fn();
+    setrlimit(RLIMIT_FSIZE, &old);
 }
 
 } // namespace velunta::test

@@ -29,6 +29,9 @@ double Psnr(const QImage& a, const QImage& b);
 bool WriteFile(const QString& path, const QByteArray& bytes);
 // The file's bytes; empty when it can't be read.
 QByteArray ReadFile(const QString& path);
+// Runs fn while a file can't grow past `bytes`, as on a full disk: the write that
+// crosses the limit is cut short and the next one fails with "File too large".
+void WithFullDisk(qint64 bytes, const std::function<void()>& fn);
 // True when the program can be found on PATH.
 bool HaveTool(const QString& program);
 

@@ -1,0 +1,151 @@
+// Where the program keeps its files in each layout (a build or portable folder, an
+// installed program), where it finds its companion programs, and that a whole-file
+// write that fails leaves the old file as it was.
+
+#include "core/AppFolder.h"
+#include "core/SafeFile.h"
+#include "support/TestImages.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using namespace velunta;
+using namespace velunta::test;
+
+namespace {
+
+bool placeFile(const QString& path, const QByteArray& bytes, bool executable = false)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        return false;
+    f.close();
+    if (executable)
+        f.setPermissions(f.permissions() | QFile::ExeOwner);
+    return true;
+}
+
+// A prefix as `cmake --install` lays it out, with one data file and one effect program.
+void makeInstall(const QString& prefix)
+{
+    QDir().mkpath(prefix + QStringLiteral("/bin"));
+    placeFile(prefix + QStringLiteral("/share/velunta/velunta-data.txt"), "brushes/round.bmp\n");
+    placeFile(prefix + QStringLiteral("/share/velunta/brushes/round.bmp"), "round");
+    placeFile(prefix + QStringLiteral("/libexec/velunta/effects/Blur"), "#!/bin/sh\n", true);
+    placeFile(prefix + QStringLiteral("/libexec/velunta/png"), "#!/bin/sh\n", true);
+}
+
+// The test harness names a home and a data folder; these tests need the plain start.
+class PlainStart {
+public:
+    explicit PlainStart(const QString& base)
+        : m_home(qgetenv("VELUNTA_HOME")), m_data(qgetenv("VELUNTA_DATA")),
+          m_companions(qgetenv("VELUNTA_COMPANIONS")), m_xdgData(qgetenv("XDG_DATA_HOME")),
+          m_xdgState(qgetenv("XDG_STATE_HOME"))
+    {
+        qunsetenv("VELUNTA_HOME");
+        qunsetenv("VELUNTA_DATA");
+        qunsetenv("VELUNTA_COMPANIONS");
+        qputenv("XDG_DATA_HOME", (base + QStringLiteral("/data")).toUtf8());
+        qputenv("XDG_STATE_HOME", (base + QStringLiteral("/state")).toUtf8());
+    }
+    ~PlainStart()
+    {
+        qputenv("VELUNTA_HOME", m_home);
+        qputenv("VELUNTA_DATA", m_data);
+        qputenv("VELUNTA_COMPANIONS", m_companions);
+        qputenv("XDG_DATA_HOME", m_xdgData);
+        qputenv("XDG_STATE_HOME", m_xdgState);
+    }
+
+private:
+    QByteArray m_home, m_data, m_companions, m_xdgData, m_xdgState;
+};
+
+} // namespace
+
+class tst_AppFolder : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void installedProgramKeepsItsFilesInTheUserFolder()
+    {
+        QTemporaryDir dir;
+        const QString prefix = dir.filePath(QStringLiteral("usr"));
+        makeInstall(prefix);
+        PlainStart plain(dir.path());
+        // The program's folder can be written (tests may run as root), yet it is left alone.
+        const QString folder = ResolveAppFolder(prefix + QStringLiteral("/bin"));
+        QCOMPARE(folder, dir.filePath(QStringLiteral("data/Zolvane/Velunta/")));
+        QCOMPARE(ReadFile(folder + QStringLiteral("brushes/round.bmp")), QByteArray("round"));
+        QVERIFY(QFileInfo(folder + QStringLiteral("temp")).isDir());
+        QCOMPARE(QFileInfo(folder + QStringLiteral("effects/Blur")).symLinkTarget(),
+                 prefix + QStringLiteral("/libexec/velunta/effects/Blur"));
+        QCOMPARE(QDir(prefix + QStringLiteral("/bin")).entryList(QDir::NoDotAndDotDot | QDir::AllEntries),
+                 QStringList());
+        QCOMPARE(RecoveryFolder(folder), dir.filePath(QStringLiteral("state/Zolvane/Velunta/recovery/")));
+        QCOMPARE(CompanionProgram(folder, QStringLiteral("png"), prefix + QStringLiteral("/bin")),
+                 prefix + QStringLiteral("/libexec/velunta/png"));
+
+        // A user's own program of that name wins; an effect the package no longer ships
+        // leaves a link to nothing, which is no program.
+        placeFile(folder + QStringLiteral("png"), "#!/bin/sh\n", true);
+        QCOMPARE(CompanionProgram(folder, QStringLiteral("png"), prefix + QStringLiteral("/bin")),
+                 folder + QStringLiteral("png"));
+        QFile::remove(prefix + QStringLiteral("/libexec/velunta/effects/Blur"));
+        ResolveAppFolder(prefix + QStringLiteral("/bin"));
+        QVERIFY(!QFileInfo(folder + QStringLiteral("effects/Blur")).exists());
+    }
+
+    void portableFolderIsItsOwnAppFolder()
+    {
+        QTemporaryDir dir;
+        const QString program = dir.filePath(QStringLiteral("Velunta"));
+        placeFile(program + QStringLiteral("/velunta-data.txt"), "\n");
+        placeFile(program + QStringLiteral("/VeluntaExt1"), "#!/bin/sh\n", true);
+        placeFile(program + QStringLiteral("/bmpExport"), "not a program");
+        PlainStart plain(dir.path());
+        const QString folder = ResolveAppFolder(program);
+        QCOMPARE(folder, program + u'/');
+        QCOMPARE(RecoveryFolder(folder), program + QStringLiteral("/recovery/"));
+        QCOMPARE(CompanionProgram(folder, QStringLiteral("VeluntaExt1"), program),
+                 program + QStringLiteral("/VeluntaExt1"));
+        QCOMPARE(CompanionProgram(folder, QStringLiteral("bmpExport"), program), QString());
+        QVERIFY(!LayoutOf(program).installed);
+    }
+
+    void failedWriteKeepsTheOldFile_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::addColumn<QString>("reason");
+        QTest::newRow("disk full") << "disk full"
+                                   << "File too large";
+        QTest::newRow("folder is a file") << "folder is a file"
+                                          << "Not a directory";
+    }
+    void failedWriteKeepsTheOldFile()
+    {
+        QFETCH(QString, situation);
+        QFETCH(QString, reason);
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("UserColors.ini"));
+        QVERIFY(placeFile(path, "old colours"));
+        QString said;
+        bool written = false;
+        if (situation == QLatin1String("disk full")) {
+            WithFullDisk(4096, [&] { written = WriteFileSafely(path, QByteArray(10000, 'n'), &said); });
+        } else {
+            written = WriteFileSafely(path + QStringLiteral("/inside.ini"), "new", &said);
+        }
+        QVERIFY(!written);
+        QCOMPARE(said, reason);
+        QCOMPARE(ReadFile(path), QByteArray("old colours"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{"UserColors.ini"});
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_AppFolder)
+#include "tst_appfolder.moc"

@@ -1,0 +1,431 @@
+// Properties of the effects library's operations: neutral settings change nothing,
+// tiles and bands give what a whole run gives, in place equals from a copy, the ends
+// of the ranges, transparent colours, clipping and cancelling; and golden pictures
+// for the filters whose arithmetic is ours to choose (golden/*.png, compared within 2
+// levels a channel; VELUNTA_REGEN_GOLDEN=1 writes them anew after a deliberate change,
+// and the new pictures should be looked at before they are committed).
+
+#include "effects/fx/Fx.h"
+#include "effects/fx/FxTestImages.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QtTest>
+
+#include <climits>
+#include <functional>
+
+using namespace velunta;
+using namespace velunta::fxtest;
+
+namespace {
+
+using Op = std::function<bool(Surface&, FxRect, const Surface&, FxRect, const ProgressFn&)>;
+struct NamedOp {
+    const char* name;
+    Op op;
+};
+
+constexpr Color kTeal = RGB(20, 160, 150);
+
+// Every operation with a destination and a source rectangle, at a setting that changes
+// the picture. Gridlines, scanlines and mosaic repeat every 4 pixels from the corner.
+const std::vector<NamedOp>& rectOps()
+{
+    static const std::vector<NamedOp> ops = {
+        {"brightness",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBrightness(d, r, s, q, 60, p); }},
+        {"gamma", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGamma(d, r, s, q, 1.8, p); }},
+        {"greyscale",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGreyscale(d, r, s, q, p); }},
+        {"invert", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInvert(d, r, s, q, p); }},
+        {"inversion",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInversion(d, r, s, q, 64, p); }},
+        {"saturation",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxSaturation(d, r, s, q, 90, p); }},
+        {"hue", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, 0.33, p); }},
+        {"tone",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxTone(d, r, s, q, kTeal, 200, p); }},
+        {"ambient", [](auto& d, FxRect r, auto& s, FxRect q,
+                       auto& p) { return fxAmbientLight(d, r, s, q, kTeal, 128, p); }},
+        {"reduce",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxReduceColors(d, r, s, q, 160, p); }},
+        {"replace", [](auto& d, FxRect r, auto& s, FxRect q,
+                       auto& p) { return fxReplaceColors(d, r, s, q, 0, kTeal, 40, p); }},
+        {"blur", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBlur(d, r, s, q, p); }},
+        {"emboss",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxEmboss(d, r, s, q, 1.28, p); }},
+        {"engrave",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxEngrave(d, r, s, q, 1.28, p); }},
+        {"relief", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxRelief(d, r, s, q, p); }},
+        {"antialias",
+         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxAntiAlias(d, r, s, q, 255, p); }},
+        {"alphablend", [](auto& d, FxRect r, auto& s, FxRect q,
+                          auto& p) { return fxAlphaBlend(d, r, s, q, 100, 0xFFFFFF, p); }},
+        {"gridelines", [](auto& d, FxRect r, auto& s, FxRect q,
+                          auto& p) { return fxGridelines(d, r, s, q, kTeal, 60, 3, p); }},
+        {"scanlines", [](auto& d, FxRect r, auto& s, FxRect q,
+                         auto& p) { return fxScanlines(d, r, s, q, kTeal, 60, 2, -1, p); }},
+        {"mosaic", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxMosaic(d, r, s, q, 4, p); }},
+    };
+    return ops;
+}
+
+// Operations over a whole surface, with a setting that changes the picture.
+const std::vector<NamedOp>& surfaceOps()
+{
+    static const std::vector<NamedOp> ops = {
+        {"light", [](auto& d, FxRect r, auto&, FxRect,
+                     auto& p) { return fxLight(d, 20, 10, kTeal, 120, 200, 64, 1, r, p); }},
+        {"rotate",
+         [](auto& d, FxRect, auto& s, FxRect q, auto& p) { return fxRotate(d, 17, 9, s, q, 33, 0, p); }},
+        {"zoom",
+         [](auto& d, FxRect, auto& s, FxRect q, auto& p) { return fxZoom(d, 17, 9, s, q, 1.7, 0, p); }},
+        {"render",
+         [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+             return fxRender(d, 17, 9, s, q.x + 3, q.y - 2, q.x + q.width, q.y + q.height, 170, -48, 0.8, 0,
+                             p);
+         }},
+    };
+    return ops;
+}
+
+void addRows(const std::vector<NamedOp>& ops)
+{
+    for (const NamedOp& op : ops)
+        QTest::newRow(op.name) << op.op;
+}
+
+QImage run(const Op& op, const QImage& start, const Surface& src, const ProgressFn& progress = {})
+{
+    Surface dst = SurfaceOf(start);
+    op(dst, WholeOf(dst), src, WholeOf(src), progress);
+    return dst.Image();
+}
+
+QString goldenFolder()
+{
+    return QFileInfo(QStringLiteral(__FILE__)).absolutePath() + QStringLiteral("/golden");
+}
+
+} // namespace
+
+Q_DECLARE_METATYPE(Op)
+
+class tst_FxOps : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void neutralSettingsChangeNothing_data()
+    {
+        QTest::addColumn<Op>("op");
+        const auto row = [](const char* name, Op op) { QTest::newRow(name) << op; };
+        row("brightness 0",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBrightness(d, r, s, q, 0, p); });
+        row("gamma 1",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGamma(d, r, s, q, 1.0, p); });
+        row("inversion 0",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInversion(d, r, s, q, 0, p); });
+        row("saturation 255",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxSaturation(d, r, s, q, 255, p); });
+        row("hue 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, 0.0, p); });
+        row("hue NaN",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, std::nan(""), p); });
+        row("tone 0",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxTone(d, r, s, q, kTeal, 0, p); });
+        row("ambient white 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxAmbientLight(d, r, s, q, 0xFFFFFF, 0, p);
+        });
+        row("ambient black 255", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxAmbientLight(d, r, s, q, 0, 255, p);
+        });
+        row("reduce 0",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxReduceColors(d, r, s, q, 0, p); });
+        row("replace none", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxReplaceColors(d, r, s, q, kNoColor, 0, 255, p);
+        });
+        row("antialias 0",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxAntiAlias(d, r, s, q, 0, p); });
+        row("alpha 0", [](auto& d, FxRect r, auto&, FxRect q, auto& p) {
+            return fxAlphaBlend(d, r, TestSurface(5, 5), q, 0, kNoColor, p);
+        });
+        row("gridelines clear", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxGridelines(d, r, s, q, kTeal, 255, 3, p);
+        });
+        row("scanlines 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxScanlines(d, r, s, q, kTeal, 0, 0, -1, p);
+        });
+        row("mosaic 1",
+            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxMosaic(d, r, s, q, 1, p); });
+        row("light 0", [](auto& d, FxRect r, auto&, FxRect, auto& p) {
+            return fxLight(d, 9, 9, kTeal, 200, 0, 50, 1, r, p);
+        });
+        row("rotate 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRotate(d, 40, 40, Surface(s), q, 0, kNoColor, p);
+        });
+        row("rotate 360", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRotate(d, 3, 7, Surface(s), q, -360, kNoColor, p);
+        });
+        row("zoom 1", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxZoom(d, 11, 5, Surface(s), q, 1.0, kNoColor, p);
+        });
+        row("render 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRender(d, 9, 9, Surface(s), 0, 0, q.width, q.height, 255, 0, 1, kNoColor, p);
+        });
+        row("render blending 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRender(d, 9, 9, TestSurface(3, 3), 0, 0, 3, 3, 0, 20, 2, kNoColor, p);
+        });
+    }
+    void neutralSettingsChangeNothing()
+    {
+        QFETCH(Op, op);
+        Surface s = TestSurface(37, 23);
+        const QImage before = s.Image().copy();
+        QVERIFY(op(s, WholeOf(s), s, WholeOf(s), {}));
+        QCOMPARE(s.Image(), before);
+    }
+
+    void invertTwiceGivesTheOriginal()
+    {
+        Surface s = TestSurface(33, 17);
+        const QImage before = s.Image().copy();
+        fxInvert(s, WholeOf(s), s, WholeOf(s));
+        QVERIFY(s.Image() != before);
+        fxInvert(s, WholeOf(s), s, WholeOf(s));
+        QCOMPARE(s.Image(), before);
+    }
+
+    void tiledRunEqualsWholeRun_data()
+    {
+        QTest::addColumn<Op>("op");
+        addRows(rectOps());
+        QTest::newRow("light") << surfaceOps().front().op;
+    }
+    void tiledRunEqualsWholeRun()
+    {
+        QFETCH(Op, op);
+        const Surface src = TestSurface(40, 30);
+        const QImage start = TestCard(40, 30).mirrored(true, false);
+        const QImage whole = run(op, start, src);
+        QVERIFY(whole != start);
+
+        Surface tiled = SurfaceOf(start);
+        for (int y = 0; y < 30; y += 8)
+            for (int x = 0; x < 40; x += 12)
+                op(tiled, {x, y, 12, 8}, src, {x, y, 12, 8}, {});
+        QCOMPARE(tiled.Image(), whole);
+
+        // In place, the picture is its own source as if it had been copied first, also
+        // when the rectangles are shifted against each other.
+        for (const FxRect d : {FxRect{0, 0, 40, 30}, FxRect{0, -1, 41, 31}, FxRect{3, 2, 30, 20}}) {
+            const FxRect s{0, 0, 40, 30};
+            Surface inPlace = SurfaceOf(src.Image());
+            op(inPlace, d, inPlace, s, {});
+            Surface fromCopy = SurfaceOf(src.Image());
+            op(fromCopy, d, Surface(src), s, {});
+            QCOMPARE(inPlace.Image(), fromCopy.Image());
+        }
+    }
+
+    // Two threads and sixteen bands (with progress) against the halves of one run.
+    void bandsGiveTheWholeRun_data()
+    {
+        QTest::addColumn<Op>("op");
+        addRows(rectOps());
+        addRows(surfaceOps());
+    }
+    void bandsGiveTheWholeRun()
+    {
+        QFETCH(Op, op);
+        const Surface src = TestSurface(640, 300);
+        const QImage start = TestCard(640, 300).mirrored(true, true);
+        int calls = 0;
+        const QImage banded = run(op, start, src, [&calls](double) { return ++calls < 0; });
+        QVERIFY(calls > 1);
+        QCOMPARE(banded, run(op, start, src));
+        // In place, bands must not read what a neighbouring band has already written,
+        // also with the source a row below the destination.
+        for (const FxRect d : {FxRect{0, 0, 640, 300}, FxRect{0, -1, 641, 301}}) {
+            Surface inPlace = SurfaceOf(src.Image()), fromCopy = SurfaceOf(src.Image());
+            op(inPlace, d, inPlace, WholeOf(src), [](double) { return false; });
+            op(fromCopy, d, Surface(src), WholeOf(src), {});
+            QCOMPARE(inPlace.Image(), fromCopy.Image());
+        }
+    }
+
+    void progressCanStopARun_data()
+    {
+        QTest::addColumn<Op>("op");
+        addRows(rectOps());
+        addRows(surfaceOps());
+    }
+    void progressCanStopARun()
+    {
+        QFETCH(Op, op);
+        Surface s = TestSurface(400, 400);
+        const Surface src = TestSurface(400, 400);
+        QVERIFY(!op(s, WholeOf(s), src, WholeOf(src), [](double) { return true; }));
+    }
+
+    void brightnessEndsAreWhiteAndBlack()
+    {
+        for (const int level : {255, -255, 4000, -4000}) {
+            Surface s = TestSurface(20, 20);
+            fxBrightness(s, WholeOf(s), s, WholeOf(s), level);
+            QImage expected(20, 20, QImage::Format_RGB32);
+            expected.fill(level > 0 ? 0xFFFFFFFFu : 0xFF000000u);
+            QCOMPARE(s.Image(), expected);
+        }
+    }
+
+    void alphaEndsGiveDestinationAndSource()
+    {
+        const Surface src = TestSurface(30, 20);
+        const QImage start = TestCard(30, 20).mirrored(true, true);
+        Surface d = SurfaceOf(start);
+        fxAlphaBlend(d, WholeOf(d), src, WholeOf(src), 0, kNoColor);
+        QCOMPARE(d.Image(), start);
+        fxAlphaBlend(d, WholeOf(d), src, WholeOf(src), 255, kNoColor);
+        QCOMPARE(d.Image(), src.Image());
+    }
+
+    // A source made only of the transparent colour leaves the destination as it was.
+    void transparentColourIsNeverWritten_data()
+    {
+        QTest::addColumn<Op>("op");
+        const auto row = [](const char* name, Op op) { QTest::newRow(name) << op; };
+        row("alphablend", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
+            return fxAlphaBlend(d, r, s, q, 200, kTeal, p);
+        });
+        row("rotate", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRotate(d, 10, 10, s, q, 30, kTeal, p);
+        });
+        row("zoom", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxZoom(d, 10, 10, s, q, 1.5, kTeal, p);
+        });
+        row("render", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
+            return fxRender(d, 10, 10, s, 0, 0, q.width, q.height, 255, 30, 0.5, kTeal, p);
+        });
+    }
+    void transparentColourIsNeverWritten()
+    {
+        QFETCH(Op, op);
+        Surface key = TestSurface(25, 25);
+        key.Image().fill(ToQRgb(kTeal));
+        const QImage start = TestCard(25, 25).mirrored(true, false);
+        QCOMPARE(run(op, start, key), start);
+        // and the same source with the key off does draw
+        QVERIFY(run(op, start, TestSurface(25, 25)) != start);
+    }
+
+    // Outside the clipped destination rectangle nothing changes, whatever the rectangles.
+    void rectanglesAreClipped_data()
+    {
+        QTest::addColumn<FxRect>("d");
+        QTest::addColumn<FxRect>("s");
+        QTest::newRow("inside") << FxRect{5, 4, 10, 6} << FxRect{5, 4, 10, 6};
+        QTest::newRow("over the left top") << FxRect{-7, -3, 12, 9} << FxRect{0, 0, 12, 9};
+        QTest::newRow("over the right bottom") << FxRect{20, 10, 50, 50} << FxRect{20, 10, 50, 50};
+        QTest::newRow("source far away") << FxRect{2, 2, 8, 8} << FxRect{INT_MAX - 3, INT_MIN + 1, 8, 8};
+        QTest::newRow("wholly outside") << FxRect{100, 3, 10, 10} << FxRect{0, 0, 10, 10};
+        QTest::newRow("ends of int") << FxRect{INT_MAX - 2, INT_MAX - 2, INT_MAX, INT_MAX}
+                                     << FxRect{0, 0, 5, 5};
+        QTest::newRow("far negative")
+            << FxRect{INT_MIN, INT_MIN, INT_MAX, INT_MAX} << FxRect{INT_MIN, 0, 1, 1};
+        QTest::newRow("zero width") << FxRect{0, 0, 0, 20} << FxRect{0, 0, 30, 20};
+        QTest::newRow("negative height") << FxRect{0, 0, 30, -5} << FxRect{0, 0, 30, 20};
+        QTest::newRow("empty source") << FxRect{0, 0, 30, 20} << FxRect{0, 0, 30, 0};
+    }
+    void rectanglesAreClipped()
+    {
+        QFETCH(FxRect, d);
+        QFETCH(FxRect, s);
+        const QImage start = TestCard(30, 20);
+        const Surface src = TestSurface(30, 20);
+        const qint64 left = std::max<qint64>(d.x, 0), right = std::min<qint64>(qint64(d.x) + d.width, 30);
+        const qint64 top = std::max<qint64>(d.y, 0), bottom = std::min<qint64>(qint64(d.y) + d.height, 20);
+        const auto inside = [&](int x, int y) { return x >= left && x < right && y >= top && y < bottom; };
+        for (const NamedOp& op : rectOps()) {
+            Surface dst = SurfaceOf(start);
+            op.op(dst, d, src, s, {});
+            for (int y = 0; y < 20; ++y)
+                for (int x = 0; x < 30; ++x)
+                    if (!inside(x, y) && dst.Image().pixel(x, y) != start.pixel(x, y))
+                        QFAIL(qPrintable(QStringLiteral("%1 wrote %2, %3").arg(op.name).arg(x).arg(y)));
+        }
+    }
+
+    void emptySurfacesDoNothing()
+    {
+        Surface empty;
+        const Surface src = TestSurface(4, 4);
+        for (const NamedOp& op : rectOps()) {
+            QVERIFY(op.op(empty, {0, 0, 4, 4}, src, WholeOf(src), {}));
+            Surface dst = TestSurface(4, 4);
+            op.op(dst, WholeOf(dst), empty, {0, 0, 4, 4}, {});
+            QCOMPARE(dst.Image(), TestCard(4, 4));
+        }
+        for (const NamedOp& op : surfaceOps())
+            QVERIFY(op.op(empty, {}, src, WholeOf(src), {}));
+    }
+
+    void hueTurnsTheColourWheel()
+    {
+        Surface s = SurfaceOf(QImage(3, 1, QImage::Format_RGB32));
+        const QRgb colours[3] = {qRgb(255, 0, 0), qRgb(0, 255, 0), qRgb(200, 100, 50)};
+        for (int x = 0; x < 3; ++x)
+            s.Image().setPixel(x, 0, colours[x]);
+        fxHue(s, WholeOf(s), s, WholeOf(s), 2.0 / 3); // a third of a turn
+        QCOMPARE(s.Image().pixel(0, 0), qRgb(0, 255, 0));
+        QCOMPARE(s.Image().pixel(1, 0), qRgb(0, 0, 255));
+        Surface a = TestSurface(16, 16), b = TestSurface(16, 16);
+        fxHue(a, WholeOf(a), a, WholeOf(a), 1.0);
+        fxHue(b, WholeOf(b), b, WholeOf(b), -1.0);
+        QCOMPARE(a.Image(), b.Image()); // half a turn either way
+    }
+
+    // Four quarter turns about a pixel corner give the picture back exactly; a quarter
+    // turn takes the pixel right of the pivot to above it.
+    void quarterTurnsAreExact()
+    {
+        Surface s = TestSurface(24, 24);
+        const QImage start = s.Image().copy();
+        for (int i = 0; i < 4; ++i) {
+            const Surface before(s);
+            fxRotate(s, 12, 12, before, WholeOf(before), 90, kNoColor);
+            if (i == 0)
+                QCOMPARE(s.Image().pixel(12, 11), start.pixel(12, 12));
+        }
+        QCOMPARE(s.Image(), start);
+    }
+
+    void golden_data()
+    {
+        QTest::addColumn<Op>("op");
+        // The operations whose arithmetic is plain (brightness, invert, the overlays) are
+        // pinned by the other tests.
+        const QStringList plain{"brightness", "invert", "alphablend", "replace", "gridelines", "scanlines"};
+        for (const NamedOp& op : rectOps())
+            if (!plain.contains(QLatin1String(op.name)))
+                QTest::newRow(op.name) << op.op;
+        addRows(surfaceOps());
+    }
+    void golden()
+    {
+        QFETCH(Op, op);
+        const QImage result = run(op, TestCard(32, 32).mirrored(false, true), TestSurface(32, 32));
+        const QString path = goldenFolder() + u'/' + QString::fromLatin1(QTest::currentDataTag()) + ".png";
+        if (qEnvironmentVariableIsSet("VELUNTA_REGEN_GOLDEN")) {
+            QDir().mkpath(goldenFolder());
+            QVERIFY(result.save(path));
+            return;
+        }
+        const QImage expected = QImage(path).convertToFormat(QImage::Format_RGB32);
+        QVERIFY2(!expected.isNull(), qPrintable(path + " is missing; set VELUNTA_REGEN_GOLDEN to make it"));
+        QVERIFY2(MaxDifference(result, expected) <= 2,
+                 qPrintable(QString::number(MaxDifference(result, expected))));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_FxOps)
+#include "tst_fxops.moc"
