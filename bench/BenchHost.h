@@ -3,11 +3,11 @@
 // bench with a real window so a stroke's refresh paints what a user would see.
 
 #include "document/DocumentHost.h"
+#include "document/DrawState.h"
 #include "document/PaintArea.h"
+#include "document/ToolHost.h"
 #include "document/frmPaint.h"
-#include "tools/DrawState.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <QApplication>
 #include <QCursor>
@@ -35,13 +35,19 @@ public:
 
 class NullToolHost : public ToolHost {
 public:
+    Document* ActiveDocument() override { return nullptr; }
     void PrepUndo() override {}
-    void StrokeEnded() override {}
+    void SetSelBak() override {}
+    void SaveUndoBitmap() override {}
     void ValidateMenus() override {}
+    void PictureResized() override {}
+    void BeginBusy(bool) override {}
+    bool StepProgress(double) override { return false; }
+    void EndBusy() override {}
+    void StrokeEnded() override {}
     void SetUndoEnabled(bool) override {}
     bool UndoEnabled() const override { return false; }
     void Undo_Click() override {}
-    void SaveUndoBitmapForTool() override {}
     void SelectTool(int) override {}
     void Cmd_Click(int) override {}
     void ShowImageContextMenu(Document&) override {}

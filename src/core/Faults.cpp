@@ -1,12 +1,12 @@
 #include "core/Faults.h"
 
-namespace velunta {
+#include "core/Logging.h"
 
-Q_LOGGING_CATEGORY(lcFaults, "velunta.faults")
+namespace velunta {
 
 void ReportFault(const char* step, const std::exception& e)
 {
-    qCWarning(lcFaults, "%s ended by a fault: %s", step, e.what());
+    qCWarning(lcCore, "%s ended by a fault: %s", step, e.what());
 }
 
 } // namespace velunta

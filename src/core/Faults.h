@@ -3,7 +3,6 @@
 // command, leaves the document as it is and the program running. The guard writes
 // the fault to stderr; where the program shows a message, the caller does it.
 
-#include <QLoggingCategory>
 #include <QString>
 
 #include <exception>
@@ -11,8 +10,6 @@
 #include <new>
 
 namespace velunta {
-
-Q_DECLARE_LOGGING_CATEGORY(lcFaults)
 
 // Reports a caught fault of the named step on stderr.
 void ReportFault(const char* step, const std::exception& e);

@@ -19,6 +19,10 @@ enum PromptStyle {
     vbQuestion = 32,
     vbExclamation = 48,
     vbInformation = 64,
+    // The questions the program asks with an icon.
+    vbYesNoWarning = vbYesNo | vbExclamation,                 // 0x34
+    vbYesNoInformation = vbYesNo | vbInformation,             // 0x44
+    vbYesNoCancelInformation = vbYesNoCancel | vbInformation, // 67
 };
 
 class Prompt {

@@ -1,11 +1,10 @@
 #include "core/SettingsStore.h"
 
-#include <QLoggingCategory>
+#include "core/Logging.h"
+
 #include <QSettings>
 
 namespace velunta {
-
-Q_LOGGING_CATEGORY(lcSettings, "velunta.settings")
 
 SettingsStore::SettingsStore()
     : m_settings(std::make_unique<QSettings>(QStringLiteral("Zolvane"), QStringLiteral("Velunta")))
@@ -38,8 +37,7 @@ bool SettingsStore::sync()
     m_settings->sync();
     if (m_settings->status() != QSettings::NoError) {
         if (!m_reportedFailure)
-            qCWarning(lcSettings,
-                      "the settings file %s can't be written; settings are kept for this run only",
+            qCWarning(lcCore, "the settings file %s can't be written; settings are kept for this run only",
                       qPrintable(m_settings->fileName()));
         m_reportedFailure = true;
         return false;

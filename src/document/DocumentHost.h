@@ -27,7 +27,7 @@ public:
     virtual void SetImageSizeText(const QString& text) = 0;
     // The zoom read-out of the tool panel strip.
     virtual void ZoomChanged(frmPaint& form) = 0;
-    // The pointer picture for a shape number (-1 the arrow, 0..21 the tools').
+    // The pointer picture for a PointerShape or a tool's number.
     virtual QCursor PointerCursor(int shape) = 0;
 };
 

@@ -6,6 +6,13 @@
 
 namespace velunta {
 
+// The pointer pictures over the view: each tool's own by its number (0..19), and these.
+enum PointerShape : int {
+    kPointerArrow = -1,
+    kPointerMoveSelection = 20, // over a selection the pointer tool drags
+    kPointerDetail = 21,        // picking the area of Detailed Editing
+};
+
 class DocumentView {
 public:
     virtual ~DocumentView() = default;
@@ -15,7 +22,7 @@ public:
     virtual void invalidateView() = 0;
     // Repaint a rectangle of the view, in view pixels (overlays that moved).
     virtual void invalidateViewRect(const QRect& viewRect) { invalidateView(); }
-    // The pointer picture over the view: -1 the arrow, 0..21 the tools' pointers.
+    // The pointer picture over the view (PointerShape, or a tool's number).
     virtual void setPointerShape(int shape) = 0;
     virtual int pointerShape() const = 0;
     // Zoom and layout (zoom percent already stored in the document).

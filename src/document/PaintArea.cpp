@@ -1,6 +1,7 @@
 #include "document/PaintArea.h"
 
 #include "core/Color.h"
+#include "core/InputCodes.h"
 #include "document/DocumentHost.h"
 #include "document/frmPaint.h"
 
@@ -15,64 +16,6 @@
 #include <vector>
 
 namespace velunta {
-
-int ButtonCode(Qt::MouseButton b)
-{
-    switch (b) {
-    case Qt::LeftButton:
-        return 1;
-    case Qt::RightButton:
-        return 2;
-    case Qt::MiddleButton:
-        return 4;
-    default:
-        return 0;
-    }
-}
-
-int ButtonsCode(Qt::MouseButtons b)
-{
-    return (b & Qt::LeftButton ? 1 : 0) | (b & Qt::RightButton ? 2 : 0) | (b & Qt::MiddleButton ? 4 : 0);
-}
-
-int ShiftCode(Qt::KeyboardModifiers m)
-{
-    return (m & Qt::ShiftModifier ? 1 : 0) | (m & Qt::ControlModifier ? 2 : 0) |
-           (m & Qt::AltModifier ? 4 : 0);
-}
-
-int KeyCodeOf(const QKeyEvent& e)
-{
-    const int k = e.key();
-    if (k >= Qt::Key_A && k <= Qt::Key_Z)
-        return k; // upper-case letters, as the shortcuts compare them
-    if (k >= Qt::Key_0 && k <= Qt::Key_9)
-        return k;
-    switch (k) {
-    case Qt::Key_Shift:
-        return 16;
-    case Qt::Key_Control:
-        return 17;
-    case Qt::Key_Escape:
-        return 27;
-    case Qt::Key_Space:
-        return 32;
-    case Qt::Key_Left:
-        return 37;
-    case Qt::Key_Up:
-        return 38;
-    case Qt::Key_Right:
-        return 39;
-    case Qt::Key_Down:
-        return 40;
-    case Qt::Key_Plus:
-        return '+';
-    case Qt::Key_Minus:
-        return '-';
-    default:
-        return 0;
-    }
-}
 
 PaintArea::PaintArea(frmPaint& form, QWidget* parent) : QWidget(parent), m_form(form)
 {

@@ -42,11 +42,4 @@ private:
     frmPaint& m_form;
 };
 
-// Buttons and modifiers as the program's events carry them.
-int ButtonCode(Qt::MouseButton b);
-int ButtonsCode(Qt::MouseButtons b);
-int ShiftCode(Qt::KeyboardModifiers m);
-// The key code the keyboard shortcuts compare with; 0 for keys they don't know.
-int KeyCodeOf(const QKeyEvent& e);
-
 } // namespace velunta

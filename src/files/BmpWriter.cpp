@@ -22,12 +22,12 @@ template <class T> uchar* put(uchar* at, T value)
 
 } // namespace
 
-bool SaveBMP(const QImage& image, const QString& path, QString* reason)
+bool SaveBMP(const QImage& image, const QString& path, WriteFailure* failure)
 {
     SaveTarget target(path);
     if (image.isNull()) {
         target.fail(QStringLiteral("The picture is empty"));
-        return target.report(reason);
+        return target.report(failure);
     }
     const int width = image.width();
     const int height = image.height();
@@ -36,10 +36,10 @@ bool SaveBMP(const QImage& image, const QString& path, QString* reason)
     const qint64 fileBytes = kFileHeaderSize + kInfoHeaderSize + imageBytes;
     if (fileBytes > 0xFFFFFFFFll) {
         target.fail(QStringLiteral("The picture is too large for a BMP file"));
-        return target.report(reason);
+        return target.report(failure);
     }
     if (!target.open())
-        return target.report(reason);
+        return target.report(failure);
 
     uchar header[kFileHeaderSize + kInfoHeaderSize];
     uchar* at = header;
@@ -73,7 +73,7 @@ bool SaveBMP(const QImage& image, const QString& path, QString* reason)
     }
     if (!target.failed())
         target.commit();
-    return target.report(reason);
+    return target.report(failure);
 }
 
 } // namespace velunta

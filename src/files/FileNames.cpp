@@ -6,17 +6,29 @@ namespace velunta {
 
 namespace {
 
-// The extension each save filter index writes.
-const char* const kFilterExtensions[6] = {"", ".bmp", ".bmp", ".jpg", ".gif", ""};
+// What each entry of the standard save dialog writes, by its index (0 is no entry).
+struct FilterEntry {
+    const char* extension;
+    std::optional<SaveFormat> format;
+};
+const FilterEntry kFilters[6] = {{"", std::nullopt},        {".bmp", SaveFormat::Bmp},
+                                 {".bmp", SaveFormat::Bmp}, {".jpg", SaveFormat::Jpeg},
+                                 {".gif", SaveFormat::Gif}, {"", std::nullopt}};
 
 } // namespace
+
+std::optional<SaveFormat> FormatOfFilter(int filterIndex)
+{
+    return filterIndex >= 0 && filterIndex <= kFilterAllFiles ? kFilters[filterIndex].format : std::nullopt;
+}
 
 // The name Save As proposes the extension for: the filter decides the format, the typed
 // extension never does. A name without a full stop gets the filter's extension; a name
 // that doesn't hold it loses its last four characters to it, whatever they were.
 QString SaveAsFileName(QString result, int filterIndex)
 {
-    const QString extension = QString::fromLatin1(kFilterExtensions[std::clamp(filterIndex, 0, 5)]);
+    const QString extension =
+        QString::fromLatin1(kFilters[std::clamp(filterIndex, 0, int(kFilterAllFiles))].extension);
     if (!result.contains(u'.'))
         result += extension;
     if (!result.contains(extension))
@@ -29,11 +41,11 @@ int FilterIndexOfName(const QString& name, int current, bool knowsJpeg)
 {
     const QString lower = name.toLower();
     if (lower.endsWith(QLatin1String(".gif")))
-        return 4;
+        return kFilterGif;
     if (lower.endsWith(QLatin1String(".jpg")) || (knowsJpeg && lower.endsWith(QLatin1String(".jpeg"))))
-        return 3;
+        return kFilterJpeg;
     if (lower.endsWith(QLatin1String(".bmp")))
-        return 1;
+        return kFilterPictures;
     return current;
 }
 

@@ -48,20 +48,20 @@ Color GIF::CubeColor(int index)
 }
 
 bool GIF::SaveGIF(const QImage& image, const QString& fileName, bool useTransparency, Color transparentColor,
-                  QString* reason, const ProgressFn& progress)
+                  WriteFailure* failure, const ProgressFn& progress)
 {
     SaveTarget target(fileName);
     if (Busy) {
         target.fail(QStringLiteral("A GIF is being written already"));
-        return target.report(reason);
+        return target.report(failure);
     }
     if (image.isNull()) {
         target.fail(QStringLiteral("The picture is empty"));
-        return target.report(reason);
+        return target.report(failure);
     }
     if (image.width() > kMaxSide || image.height() > kMaxSide) {
         target.fail(QStringLiteral("A GIF picture can't be larger than 65535 x 65535 pixels"));
-        return target.report(reason);
+        return target.report(failure);
     }
     Busy = true;
     m_target = &target;
@@ -104,7 +104,7 @@ bool GIF::SaveGIF(const QImage& image, const QString& fileName, bool useTranspar
     target.cancel();
     m_target = nullptr;
     Busy = false;
-    return target.report(reason);
+    return target.report(failure);
 }
 
 bool GIF::writeHeader(int width, int height, bool useTransparency, int transparentIndex)
@@ -226,7 +226,7 @@ bool GIF::encodeRows(const QImage& image, bool indexed, const ProgressFn& progre
         WriteBits(quint32(prefixCode), kCodeBits);
 
         if ((y + 1) % 10 == 0 && progress && progress(double(y + 1) / height)) {
-            m_target->fail(QStringLiteral("Cancelled"));
+            m_target->fail(QStringLiteral("Cancelled"), WriteError::Cancelled);
             return false;
         }
         if (m_target->failed())

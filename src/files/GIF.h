@@ -6,6 +6,7 @@
 
 #include "core/Color.h"
 #include "core/Progress.h"
+#include "files/WriteError.h"
 
 #include <QImage>
 #include <QString>
@@ -22,9 +23,10 @@ public:
     // Writes `image` as a one-picture GIF: GIF89a with a transparent palette entry
     // when `useTransparency` is set (the entry that equals `transparentColor`
     // exactly, else entry 0), GIF87a otherwise. `progress` hears every tenth row
-    // and stops the save by returning true; the target file is then left alone.
+    // and stops the save by returning true (WriteError::Cancelled); the target file is
+    // then left alone.
     bool SaveGIF(const QImage& image, const QString& fileName, bool useTransparency, Color transparentColor,
-                 QString* reason = nullptr, const ProgressFn& progress = NoProgress);
+                 WriteFailure* failure = nullptr, const ProgressFn& progress = NoProgress);
 
     // The entry of the fixed cube nearest to `rgb`: blue runs slowest, then green,
     // red fastest, each through the levels 0, 64, 128, 192, 255. The cube is

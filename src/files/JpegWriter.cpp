@@ -82,22 +82,22 @@ bool compress(jpeg_compress_struct& cinfo, JpegErrors& errors, Destination& dest
 
 } // namespace
 
-bool SaveJPG(const cDIBSection& dib, const QString& fileName, int quality, QString* reason)
+bool SaveJPG(const cDIBSection& dib, const QString& fileName, int quality, WriteFailure* failure)
 {
     SaveTarget target(fileName);
     if (!dib.DIBSectionBitsPtr() || dib.Width() <= 0 || dib.Height() <= 0) {
         target.fail(QStringLiteral("The picture is empty"));
-        return target.report(reason);
+        return target.report(failure);
     }
     if (dib.Width() > kMaxJpegSide || dib.Height() > kMaxJpegSide) {
         target.fail(QStringLiteral("A JPEG picture can't be larger than 65500 x 65500 pixels"));
-        return target.report(reason);
+        return target.report(failure);
     }
     if (quality <= 0)
         quality = 90;
     quality = qMin(quality, 100);
     if (!target.open())
-        return target.report(reason);
+        return target.report(failure);
 
     auto dest = std::make_unique<Destination>();
     dest->pub.init_destination = startDestination;
@@ -113,7 +113,7 @@ bool SaveJPG(const cDIBSection& dib, const QString& fileName, int quality, QStri
         target.fail(errors.text()); // a write failure keeps the system's reason, recorded first
     else
         target.commit();
-    return target.report(reason);
+    return target.report(failure);
 }
 
 } // namespace velunta

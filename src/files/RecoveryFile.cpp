@@ -61,9 +61,15 @@ bool WriteRecoveryFile(const QString& file, const RecoveryHeader& header, const 
                        QString* reason)
 {
     SaveTarget target(file);
+    // Only the system's words are passed on: no box is ever shown for a recovery file.
+    auto finish = [&] {
+        if (reason)
+            *reason = target.reason();
+        return !target.failed();
+    };
     if (pixels.isNull() || pixels.format() != QImage::Format_RGB32) {
         target.fail(QStringLiteral("The picture is empty"));
-        return target.report(reason);
+        return finish();
     }
     const QByteArray name = header.name.toUtf8().left(65536);
     const QByteArray path = header.path.toUtf8().left(65536);
@@ -78,7 +84,7 @@ bool WriteRecoveryFile(const QString& file, const RecoveryHeader& header, const 
     memcpy(at + kFixedSize, name.constData(), name.size());
     memcpy(at + kFixedSize + name.size(), path.constData(), path.size());
     if (!target.open())
-        return target.report(reason);
+        return finish();
     target.write(head.constData(), head.size());
     const qsizetype row = qsizetype(pixels.width()) * 4;
     if (pixels.bytesPerLine() == row) {
@@ -89,7 +95,7 @@ bool WriteRecoveryFile(const QString& file, const RecoveryHeader& header, const 
     }
     if (!target.failed())
         target.commit();
-    return target.report(reason);
+    return finish();
 }
 
 bool ReadRecoveryHeader(const QString& file, RecoveryHeader* header)

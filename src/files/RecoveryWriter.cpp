@@ -1,19 +1,17 @@
 #include "files/RecoveryWriter.h"
 
+#include "files/Logging.h"
 #include "files/RecoveryFile.h"
 #include "files/RecoveryStore.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFile>
-#include <QLoggingCategory>
 
 #include <algorithm>
 #include <cstring>
 
 namespace velunta {
-
-Q_LOGGING_CATEGORY(lcRecovery, "velunta.recovery")
 
 namespace {
 
@@ -196,7 +194,7 @@ void RecoveryWriter::written(int id, qint64 key, bool ok, const QString& reason)
             removeFile(id); // saved or closed while it was being written
     } else if (!m_reportedFailure) {
         m_reportedFailure = true;
-        qCWarning(lcRecovery, "unsaved pictures can't be kept in %s: %s", qPrintable(m_store.sessionFolder()),
+        qCWarning(lcFiles, "unsaved pictures can't be kept in %s: %s", qPrintable(m_store.sessionFolder()),
                   qPrintable(reason));
     }
     if (m_pass.active)
@@ -262,7 +260,7 @@ void RecoveryWriter::writeNow(const QSet<int>& ids)
             entry.hasFile = true;
             entry.writtenKey = key;
         } else {
-            qCWarning(lcRecovery, "an unsaved picture can't be kept in %s: %s",
+            qCWarning(lcFiles, "an unsaved picture can't be kept in %s: %s",
                       qPrintable(m_store.sessionFolder()), qPrintable(reason));
         }
     }

@@ -4,7 +4,33 @@
 
 #include <QFileInfo>
 
+#include <cerrno>
+
 namespace velunta {
+
+namespace {
+
+// The code of a failed file call, from the error number the system left: the words of
+// the message differ between languages, the numbers don't.
+WriteError errorOf(int number, QFileDevice::FileError kind)
+{
+    switch (number) {
+    case ENOSPC:
+    case EDQUOT:
+    case EFBIG:
+        return WriteError::DiskFull;
+    case EACCES:
+    case EPERM:
+    case EROFS:
+        return WriteError::PermissionDenied;
+    case ENOENT:
+        return WriteError::PathNotFound;
+    default:
+        return kind == QFileDevice::ResourceError ? WriteError::DiskFull : WriteError::Refused;
+    }
+}
+
+} // namespace
 
 SaveTarget::SaveTarget(const QString& path) : m_file(path)
 {
@@ -21,14 +47,15 @@ SaveTarget::~SaveTarget()
 bool SaveTarget::open()
 {
     if (m_file.fileName().isEmpty()) {
-        fail(QStringLiteral("No file name"));
+        fail(QStringLiteral("No file name"), WriteError::PathNotFound);
         return false;
     }
     // Unbuffered: QSaveFile misses a failure of its own buffer's last write at the
     // commit and would rename a file cut short by a full disk over the old one. Our
     // buffer is larger anyway, and every write is checked here.
+    errno = 0;
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        fail(m_file.errorString());
+        failFile();
         return false;
     }
     m_open = true;
@@ -41,9 +68,10 @@ bool SaveTarget::writeThrough(const char* data, qsizetype size)
     // A short write is retried: the system names the reason (a full disk, say)
     // only when the write after it fails outright.
     while (size > 0) {
+        errno = 0;
         const qint64 n = m_file.write(data, size);
         if (n <= 0) {
-            fail(m_file.errorString());
+            failFile();
             return false;
         }
         data += n;
@@ -54,7 +82,7 @@ bool SaveTarget::writeThrough(const char* data, qsizetype size)
 
 bool SaveTarget::flush()
 {
-    if (m_failed || !m_open)
+    if (failed() || !m_open)
         return false;
     if (!writeThrough(m_buffer.constData(), m_buffer.size()))
         return false;
@@ -64,7 +92,7 @@ bool SaveTarget::flush()
 
 bool SaveTarget::write(const void* data, qsizetype size)
 {
-    if (m_failed || !m_open)
+    if (failed() || !m_open)
         return false;
     // Large pieces go straight to the file rather than through another copy.
     if (m_buffer.size() + size > kBufferSize || size >= kBufferSize / 4) {
@@ -84,8 +112,9 @@ bool SaveTarget::commit()
         return false;
     }
     m_open = false;
+    errno = 0;
     if (!m_file.commit()) {
-        fail(m_file.errorString());
+        failFile();
         return false;
     }
     SyncFolder(QFileInfo(m_file.fileName()).absolutePath());
@@ -101,19 +130,24 @@ void SaveTarget::cancel()
     }
 }
 
-void SaveTarget::fail(const QString& reason)
+void SaveTarget::failFile()
 {
-    if (!m_failed) {
-        m_failed = true;
-        m_reason = reason.isEmpty() ? QStringLiteral("Unknown error") : reason;
+    fail(m_file.errorString(), errorOf(errno, m_file.error()));
+}
+
+void SaveTarget::fail(const QString& reason, WriteError error)
+{
+    if (!failed()) {
+        m_failed.error = error == WriteError::None ? WriteError::Refused : error;
+        m_failed.reason = reason.isEmpty() ? QStringLiteral("Unknown error") : reason;
     }
 }
 
-bool SaveTarget::report(QString* reason) const
+bool SaveTarget::report(WriteFailure* failure) const
 {
-    if (reason)
-        *reason = m_reason;
-    return !m_failed;
+    if (failure)
+        *failure = m_failed;
+    return !failed();
 }
 
 } // namespace velunta

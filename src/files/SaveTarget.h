@@ -4,8 +4,11 @@
 // a writer that fails or gives up leaves an existing file exactly as it was.
 //
 // Writes are gathered in a buffer so that a writer can hand over a few bytes at a
-// time without a system call each. The first failure is kept as the reason, in
-// the system's own words ("Permission denied", "No space left on device").
+// time without a system call each. The first failure is kept: its code, from what
+// the system said, and its reason in the system's own words ("Permission denied",
+// "No space left on device").
+
+#include "files/WriteError.h"
 
 #include <QByteArray>
 #include <QSaveFile>
@@ -30,21 +33,22 @@ public:
     void cancel();
 
     // Records a failure of the writer's own (the file is then never committed).
-    void fail(const QString& reason);
-    bool failed() const { return m_failed; }
-    const QString& reason() const { return m_reason; }
-    // Copies the reason to the caller's slot when it has one; true when nothing failed.
-    bool report(QString* reason) const;
+    void fail(const QString& reason, WriteError error = WriteError::Refused);
+    bool failed() const { return m_failed.error != WriteError::None; }
+    const QString& reason() const { return m_failed.reason; }
+    // Copies the failure to the caller's slot when it has one; true when nothing failed.
+    bool report(WriteFailure* failure) const;
 
 private:
     static constexpr qsizetype kBufferSize = 1 << 20;
     bool flush();
     bool writeThrough(const char* data, qsizetype size);
+    // Records the failure of the file call just made, by the system's error number.
+    void failFile();
 
     QSaveFile m_file;
     QByteArray m_buffer;
-    QString m_reason;
-    bool m_failed = false;
+    WriteFailure m_failed;
     bool m_open = false;
 };
 

@@ -2,6 +2,7 @@
 
 #include "core/Numbers.h"
 #include "core/Prompt.h"
+#include "widgets/ButtonLooks.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -11,7 +12,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
 
@@ -126,9 +126,9 @@ frmNew::frmNew(int lastWidth, int lastHeight, Prompt& prompt, QWidget* parent, i
     layout->addWidget(backBox);
     setSampleColor(RGB(255, 255, 128));
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("Command1(1)"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("Command1(0)"));
+    auto* buttons = new QDialogButtonBox(this);
+    AddDialogButton(buttons, tr("OK"), QDialogButtonBox::AcceptRole, QStringLiteral("Command1(1)"));
+    AddDialogButton(buttons, tr("Cancel"), QDialogButtonBox::RejectRole, QStringLiteral("Command1(0)"));
     connect(buttons, &QDialogButtonBox::accepted, this, &frmNew::Command1_Click);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);

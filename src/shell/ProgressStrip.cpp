@@ -6,7 +6,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMainWindow>
-#include <QMenuBar>
 
 #include <algorithm>
 
@@ -42,15 +41,20 @@ void ProgressStrip::begin()
     m_bar->setGeometry(1, 1, 1, m_process->height() - 2);
     show();
     // The window takes no input meanwhile; the strip keeps the focus so Esc reaches it.
-    for (QWidget* w : m_window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (w != this && w != parentWidget())
+    // Only what was enabled is disabled, so the end gives back exactly that.
+    auto disable = [this](QWidget* w) {
+        if (w != this && w->isEnabled()) {
             w->setEnabled(false);
-    if (QWidget* central = m_window.centralWidget())
+            m_disabled.append(w);
+        }
+    };
+    QWidget* central = m_window.centralWidget();
+    for (QWidget* w : m_window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (w != central)
+            disable(w);
+    if (central)
         for (QWidget* w : central->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-            if (w != this)
-                w->setEnabled(false);
-    if (m_window.menuBar())
-        m_window.menuBar()->setEnabled(false);
+            disable(w);
     setFocus();
     QCoreApplication::processEvents();
 }
@@ -67,19 +71,11 @@ bool ProgressStrip::step(double fraction)
 void ProgressStrip::end()
 {
     hide();
-    if (m_window.menuBar())
-        m_window.menuBar()->setEnabled(true);
-    for (QWidget* w : m_window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        w->setEnabled(true);
-    if (QWidget* central = m_window.centralWidget())
-        for (QWidget* w : central->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+    for (const QPointer<QWidget>& w : std::as_const(m_disabled))
+        if (w)
             w->setEnabled(true);
+    m_disabled.clear();
     m_running = false;
-}
-
-ProgressFn ProgressStrip::callback()
-{
-    return [this](double fraction) { return step(fraction); };
 }
 
 } // namespace velunta

@@ -3,9 +3,9 @@
 // bar ProcessBar). While it shows, the rest of the window takes no input and Esc
 // sets CancelRequested.
 
-#include "core/Progress.h"
-
 #include <QFrame>
+#include <QList>
+#include <QPointer>
 
 class QMainWindow;
 
@@ -18,7 +18,8 @@ class ProgressStrip : public QFrame {
 public:
     ProgressStrip(QMainWindow& window, UndoState& undo, QWidget* parent);
 
-    // Shows the strip at width 1 and disables the window around it.
+    // Shows the strip at width 1 and disables the window around it. Started and
+    // stopped only by the main window's busy state (ImageCommand, BusyScope).
     void begin();
     // Sets the bar to fraction of the track and lets pending events run once.
     // Returns CancelRequested.
@@ -27,8 +28,6 @@ public:
     void end();
     bool running() const { return m_running; }
     double fraction() const { return m_fraction; }
-    // A progress callback for the pixel loops.
-    ProgressFn callback();
 
     QFrame* Process() const { return m_process; }
     QFrame* ProcessBar() const { return m_bar; }
@@ -38,6 +37,7 @@ private:
     UndoState& m_undo;
     QFrame* m_process = nullptr;
     QFrame* m_bar = nullptr;
+    QList<QPointer<QWidget>> m_disabled;
     bool m_running = false;
     double m_fraction = 0;
 };

@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Prompt.h"
 #include "core/SettingsStore.h"
+#include "widgets/ButtonLooks.h"
 #include "widgets/frmColor.h"
 
 #include <QCheckBox>
@@ -10,7 +11,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -62,9 +62,10 @@ frmGridSetup::frmGridSetup(const GridSettings& settings, Prompt& prompt, Setting
     m_colour->setObjectName(QStringLiteral("lblGridcolor"));
     m_colour->setFixedSize(40, 20);
     colourRow->addWidget(m_colour);
-    auto* choose = new QPushButton(tr("Choose..."), this);
+    auto* choose = new zolButton(tr("Choose..."), this);
     choose->setObjectName(QStringLiteral("Command3"));
-    connect(choose, &QPushButton::clicked, this, &frmGridSetup::ChooseColour);
+    DialogLook(choose);
+    connect(choose, &zolButton::Click, this, &frmGridSetup::ChooseColour);
     colourRow->addWidget(choose);
     colourRow->addStretch(1);
     layout->addLayout(colourRow);
@@ -74,16 +75,17 @@ frmGridSetup::frmGridSetup(const GridSettings& settings, Prompt& prompt, Setting
     auto* buttons = new QHBoxLayout;
     const QStringList names = {tr("Apply"), tr("Cancel"), tr("Save Grid and Snap Settings")};
     for (int i = 0; i < 3; ++i) {
-        auto* b = new QPushButton(names[i], this);
+        auto* b = new zolButton(names[i], this);
         b->setObjectName(QStringLiteral("Command1(%1)").arg(i));
+        DialogLook(b);
         buttons->addWidget(b);
         if (i == 0) {
             b->setDefault(true);
-            connect(b, &QPushButton::clicked, this, &QDialog::accept);
+            connect(b, &zolButton::Click, this, &QDialog::accept);
         } else if (i == 1) {
-            connect(b, &QPushButton::clicked, this, &QDialog::reject);
+            connect(b, &zolButton::Click, this, &QDialog::reject);
         } else {
-            connect(b, &QPushButton::clicked, this, &frmGridSetup::SaveSettings);
+            connect(b, &zolButton::Click, this, &frmGridSetup::SaveSettings);
         }
     }
     layout->addLayout(buttons);

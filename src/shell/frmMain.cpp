@@ -135,14 +135,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
         makeReadout(QStringLiteral("lblArea"), tr("Size of the selection or shape"), QStringLiteral("0 x 0"));
     m_lblImgSize = makeReadout(QStringLiteral("lblImgSize"), tr("Picture size"), QString());
 
-    wireFileMenu();
-    wireEditMenu();
-    wireSaveCommands();
-    wireSettingsMenu();
-    wireClipboard();
-    wireViewMenu();
-    wireWindowMenu();
-    wireHelpMenu();
+    wireCommandBar();
 
     connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmMain::documentActivated);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
@@ -150,6 +143,7 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     wireControls();
     wireSelectionOptions();
     wireText();
+    ValidateMenus();
 }
 
 frmMain::~frmMain()
@@ -191,11 +185,11 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     m_controls->SetBlendText(QStringLiteral("50"));
     m_state.SelectionBlend = 128;
 
-    if (action(QStringLiteral("mnuKidsMode"))->isChecked())
+    if (action(MenuId::mnuKidsMode)->isChecked())
         KidsMode();
     if (StartBlankPage) {
         guarded("StartWithBlankPage", [&] { StartWithBlankPage(); });
-        action(QStringLiteral("mnustartblankpage"))->setChecked(true);
+        action(MenuId::mnustartblankpage)->setChecked(true);
     }
     // The second read, then a save: a first run writes every key with its default.
     guarded("GetSettings", [&] {
@@ -291,7 +285,7 @@ bool frmMain::eventFilter(QObject* watched, QEvent* event)
         watched->objectName() == QLatin1String("LblTransparencyColor") &&
         static_cast<QWidget*>(watched)->isEnabled()) {
         m_state.TransparencyPickArmed = true;
-        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(8); }); });
+        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(kToolColorPicker); }); });
     }
     if (event->type() == QEvent::KeyPress && m_progress->isVisible()) {
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
@@ -313,7 +307,7 @@ void frmMain::TestDoEvents()
 
 QCursor frmMain::PointerCursor(int shape)
 {
-    if (shape < 0)
+    if (shape == kPointerArrow)
         return QCursor(Qt::ArrowCursor);
     return ToolCursor(shape);
 }

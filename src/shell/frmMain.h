@@ -5,10 +5,12 @@
 // that documents and tools report to.
 
 #include "document/DocumentHost.h"
+#include "document/DrawState.h"
+#include "document/ToolContext.h"
+#include "document/ToolHost.h"
 #include "document/UndoRing.h"
-#include "tools/DrawState.h"
-#include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
+#include "shell/MenuTable.h"
+#include "widgets/zolButton.h"
 
 #include <QHash>
 #include <QMainWindow>
@@ -17,13 +19,14 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <span>
+#include <vector>
 
 class QLabel;
 class QMdiArea;
 class QMimeData;
 class QMdiSubWindow;
 class QMenu;
-class QToolButton;
 class QFrame;
 class QCheckBox;
 class QGridLayout;
@@ -40,6 +43,7 @@ class frmPaint;
 class ProgressStrip;
 struct GridSettings;
 struct Services;
+enum class SaveFormat;
 
 // The size of the blank page at start: the room beside the bars, or 640 x 480 and its
 // frame (642 x 482) when the window is small.
@@ -69,6 +73,8 @@ public:
     void Exit_Click();
     void StartWithBlankPage();
     void CmdCommands_Click(int index);
+    // The toolbar's "undo to last saved": the saved picture comes back as an undo step.
+    void RevertSavedAndRecord();
     // Files dropped on the main window: the first one opens.
     bool MDIForm_OLEDragDrop(const QMimeData& data);
     void Cmd_DblClick(int index);
@@ -81,11 +87,14 @@ public:
     void SaveSettings(bool drawPart);
     void LoadLastDrawSettings();
     void RestoreDefaultSettings();
+    // Extra: save the draw presets now, load them back, and remember the window's place.
+    void mnuextra1_Click();
+    void mnuextra2_Click();
+    void mnuWindowAutoSizePosition_Click();
 
     // Undo that the ring doesn't cover: the resize undo file and the saved picture.
     void UndoResize_Click();
     void RevertSaved(const QString& path);
-    void SaveUndoBitmap();
     void mnuundorevert_Click();
 
     // Selection and clipboard.
@@ -95,6 +104,8 @@ public:
     void PasteSpecial_Click();
     void SelectAll_Click();
     void ClearSelection_Click();
+    // Grab Selection/mask: the pointer tool, which drags the selection.
+    void mnugrabmask_Click();
     // The floating selection's options: the key colour made transparent and the blend
     // over what lies under it (ratio 0..255), previewed over the float's own pixels.
     bool PreviewSelectionOptions(bool transparent, Color key, bool blend, int ratio);
@@ -116,9 +127,9 @@ public:
     // Files.
     void Save_Click();
     void SaveAs_Click();
-    // The one way pictures are written: format 1 JPEG, 2 BMP, 3 GIF, 4 GIF with a
-    // transparent colour. Quality 0 or less means 90. True when the file was written.
-    bool FileSaveAs(const QString& fileName, int format, Color transparentColor, int& quality);
+    // The one way pictures are written. Quality 0 or less means 90. True when the file
+    // was written.
+    bool FileSaveAs(const QString& fileName, SaveFormat format, Color transparentColor, int& quality);
     void mnuExportBMP_Click();
     void mnuExportJPG_Click();
     void mnuExportGif_Click();
@@ -132,8 +143,22 @@ public:
     void mnuHideToolbar_Click();
     void mnuZooms_Click(int index);
     void mnuView_Click();
+    void mnuShowGrid_Click();
+    void menuExGridSnap_Click();
+    void mnuGuideLines_Click();
+    void mnuGuideLinecolor_Click();
     void mnuGuideLineStyles_Click(int index);
     void menuExGridSetup_Click();
+    // The marks of the View menu's options, kept in their fields.
+    void mnufitbigimages_Click();
+    void mnumaximizeonopen_Click();
+    void mnustartblankpage_Click();
+    // The Window menu: tile the pictures one above the other, side by side, or cascade them.
+    void ArrHorizontal_Click();
+    void ArrVertival_Click();
+    void Cascade_Click();
+    // The Help menu's entries, by index (9: About).
+    void mnuhelp_Click(int index);
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
@@ -176,7 +201,7 @@ public:
     int NewImageHeight = 480;
     int FrameColorSheme = 0;
     int FormColorSheme = 0;
-    // The save dialog's filter index and the format of Save: 1, 2 BMP, 3 JPEG, 4 GIF, 5 all files.
+    // The save dialog's filter index (SaveFilter), which is the format of Save too.
     int SaveFilterIndex = 0;
     // The JPEG quality last used in this run, if any.
     int LastJpegQuality = 0;
@@ -188,22 +213,40 @@ public:
     frmControls* controls() const { return m_controls; }
     ProgressStrip* progress() const { return m_progress; }
 
-    // Named parts, as the program refers to them.
+    // The rows of the menus and of the toolbar (shell/MenuTable.h).
+    static std::span<const MenuRow> MenuRows();
+    static std::span<const ToolbarRow> ToolbarRows();
+
+    // Named parts, as the program refers to them. A menu entry by its id and its index
+    // in a control array (mnuZooms(100) is action(MenuId::mnuZooms, 100)); by its
+    // object name for the panels' named operations and for tests.
+    QAction* action(MenuId id, int index = -1) const;
+    QMenu* menu(MenuId id) const;
+    bool isBuilt(MenuId id, int index = -1) const;
     QAction* action(const QString& name) const;
     QMenu* menu(const QString& name) const;
-    QToolButton* CmdCommands(int index) const { return m_commands.at(index); }
-    QToolButton* Cmd(int index) const { return m_tools.at(index); }
+    zolButton* CmdCommands(int index) const { return m_commands.at(index); }
+    zolButton* Cmd(int index) const { return m_tools.at(index); }
     QLabel* lblCoords() const { return m_lblCoords; }
     QLabel* lblArea() const { return m_lblArea; }
     QLabel* lblImgSize() const { return m_lblImgSize; }
     QWidget* Picbuttons() const { return m_picbuttons; }
     QCheckBox* chkSnapGrid() const { return m_chkSnapGrid; }
-    bool isBuilt(const QString& actionName) const;
+    bool isBuilt(const QString& objectName) const;
+
+    // CommandHost
+    Document* ActiveDocument() override;
+    void PrepUndo() override;
+    void SetSelBak() override;
+    void SaveUndoBitmap() override;
+    void ValidateMenus() override;
+    void PictureResized() override;
+    void BeginBusy(bool progress) override;
+    bool StepProgress(double fraction) override;
+    void EndBusy() override;
 
     // ToolHost
-    void PrepUndo() override;
     void StrokeEnded() override { m_undo.UndoSuppressed = false; }
-    void ValidateMenus() override;
     void SetUndoEnabled(bool enabled) override;
     bool UndoEnabled() const override;
     void Undo_Click() override;
@@ -219,7 +262,6 @@ public:
     bool ToggleSnapGrid() override;
     void ShowPickedColor(Color c) override;
     void SetAngleText(const QString& text, int alignment) override;
-    void SaveUndoBitmapForTool() override { SaveUndoBitmap(); }
     void ColorsChanged() override;
     void ShowTransparencyColor(Color c) override;
     void ShowReplaceColor(int index, Color c) override;
@@ -250,15 +292,8 @@ private:
     void buildToolStrip();
     void wireColors();
     void buildStatus();
-    void wireFileMenu();
-    void wireEditMenu();
-    void wireViewMenu();
-    void wireWindowMenu();
-    void wireHelpMenu();
-    void wireSaveCommands();
-    void wireSettingsMenu();
+    void wireCommandBar();
     void applyGuideLines();
-    void wireClipboard();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);
     void placeToolButtons();
@@ -272,14 +307,13 @@ private:
     void documentActivated(QMdiSubWindow* window);
 
     // Menu plumbing: a command is enabled only when it is built and its rule allows it.
-    QAction* addAction(QMenu* menu, const QString& name, const QString& caption, bool checkable = false);
-    void addSeparator(QMenu* menu, const QString& name);
-    QMenu* addSubmenu(QMenu* menu, const QString& name, const QString& caption);
-    void wire(const QString& name, const std::function<void()>& handler);
+    void runHandler(const MenuHandler& handler, int index);
+    int rowOf(MenuId id, int index) const;
+    void enable(MenuId id, bool on, int index = -1);
+    void enableRow(size_t row, bool on);
+    void showEntry(MenuId id, bool visible, int index = -1);
     void wireCommand(int index, const std::function<void()>& handler);
-    void enable(const QString& name, bool on);
     void enableCommand(int index, bool on);
-    void showEntry(const QString& name, bool visible);
     // Runs a command inside the guard: a fault ends it and the program runs on.
     void guarded(const char* step, const std::function<void()>& fn);
     void StartRecovery();
@@ -307,13 +341,14 @@ private:
     QLabel* m_lblImgSize = nullptr;
     QCheckBox* m_chkSnapGrid = nullptr;
     QCheckBox* m_chkDetailEdit = nullptr;
-    std::array<QToolButton*, 23> m_commands{};
+    std::array<zolButton*, 23> m_commands{};
     std::array<bool, 23> m_commandBuilt{};
     std::array<QWidget*, 12> m_separators{}; // Image1(0..11) between the toolbar's groups
-    std::array<QToolButton*, 20> m_tools{};
+    std::array<zolButton*, kToolCount> m_tools{};
+    std::vector<QAction*> m_rowActions; // by row of MenuRows()
+    QHash<quint32, int> m_rowOf;        // row by id and index
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
-    QStringList m_contextOnly;
     bool m_undoEnabled = false;
     std::array<QString, 4> m_recent;
     int MRUNext = 0;
@@ -322,6 +357,9 @@ private:
     bool m_exiting = false;
     std::unique_ptr<RecoveryStore> m_recoveryStore;
     std::unique_ptr<RecoveryWriter> m_recovery;
+    // Busy states open now, and the one that started the progress strip (0: none).
+    int m_busyDepth = 0;
+    int m_progressDepth = 0;
 };
 
 } // namespace velunta

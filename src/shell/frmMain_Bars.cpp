@@ -2,9 +2,10 @@
 
 #include "shell/frmMain.h"
 
-#include "core/Faults.h"
+#include "core/InputCodes.h"
 #include "document/frmPaint.h"
 #include "tools/frmControls.h"
+#include "widgets/ButtonLooks.h"
 #include "widgets/Icons.h"
 
 #include <QCheckBox>
@@ -12,8 +13,6 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QMouseEvent>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace velunta {
@@ -72,39 +71,9 @@ const char* const kToolTips[20] = {"Cursor/pointer (C)",
                                    "Enhance Colors"};
 
 // Where each tool stands in the two columns of the strip (row, column).
-const int kToolPlace[20][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1},
-                               {1, 0}, {1, 1}, {5, 1}, {6, 0}, {7, 1}, {4, 0}, {7, 0},
-                               {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
-
-class ToolButton : public QToolButton {
-public:
-    ToolButton(frmMain& main, int index, QWidget* parent) : QToolButton(parent), m_main(main), m_index(index)
-    {
-    }
-
-protected:
-    void mousePressEvent(QMouseEvent* e) override
-    {
-        if (e->button() == Qt::RightButton) {
-            // The right button on the curve and line tools leads to their advanced editors.
-            if (m_index == 10 && m_main.isBuilt(QStringLiteral("mnuBezier")))
-                m_main.action(QStringLiteral("mnuBezier"))->trigger();
-            if (m_index == 14 && m_main.isBuilt(QStringLiteral("mnuPolygons")))
-                m_main.action(QStringLiteral("mnuPolygons"))->trigger();
-            return;
-        }
-        QToolButton::mousePressEvent(e);
-    }
-    void mouseDoubleClickEvent(QMouseEvent* e) override
-    {
-        if (e->button() == Qt::LeftButton)
-            Guarded("Cmd_DblClick", [&] { m_main.Cmd_DblClick(m_index); });
-    }
-
-private:
-    frmMain& m_main;
-    int m_index;
-};
+const int kToolPlace[kToolCount][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1},
+                                       {1, 0}, {1, 1}, {5, 1}, {6, 0}, {7, 1}, {4, 0}, {7, 0},
+                                       {5, 0}, {8, 0}, {6, 1}, {9, 1}, {8, 1}, {9, 0}};
 
 } // namespace
 
@@ -122,11 +91,13 @@ void frmMain::buildCommandBar()
         m_separators[i] = sep;
     }
     for (int i = 0; i < 23; ++i) {
-        auto* b = new QToolButton(m_picbuttons);
+        auto* b = new zolButton(m_picbuttons);
         b->setObjectName(QStringLiteral("CmdCommands(%1)").arg(i));
-        b->setAutoRaise(true);
-        b->setIcon(CommandIcon(i));
-        b->setIconSize(QSize(24, 24));
+        // No frame on the bar's gradient until the pointer comes.
+        BarLook(b, 5, RGB(216, 231, 252), RGB(255, 236, 181));
+        b->setPicture(CommandIcon(i));
+        b->setPictureSize(1);
+        b->setPictureAlign(4);
         b->setFixedSize(32, 32);
         b->setToolTip(QString::fromLatin1(kCommandTips[i]).isEmpty() ? tr("cut")
                                                                      : QString::fromLatin1(kCommandTips[i]));
@@ -146,7 +117,7 @@ void frmMain::buildCommandBar()
     m_chkSnapGrid->setToolTip(tr("Snap to grid while drawing (Space)"));
     connect(m_chkSnapGrid, &QCheckBox::clicked, this, [this](bool on) {
         m_state.SnapToGrid = on;
-        action(QStringLiteral("menuExGridSnap"))->setChecked(on);
+        action(MenuId::menuExGridSnap)->setChecked(on);
     });
     layout->addWidget(m_chkSnapGrid);
     auto* logo = new QLabel(m_picbuttons);
@@ -160,7 +131,7 @@ void frmMain::wireCommand(int index, const std::function<void()>& handler)
 {
     m_commandBuilt[index] = true;
     m_commands[index]->setProperty("command", QVariant::fromValue(true));
-    connect(m_commands[index], &QToolButton::clicked, this, [this, handler, index] {
+    connect(m_commands[index], &zolButton::Click, this, [this, handler, index] {
         guarded("CmdCommands_Click", [&] {
             // A pending text entry closes before a command runs.
             if (frmPaint* doc = activeDocument())
@@ -190,25 +161,33 @@ void frmMain::buildToolStrip()
     m_toolGrid->setSpacing(2);
     outer->addLayout(m_toolGrid);
     outer->addStretch(1);
-    for (int i = 0; i < 20; ++i) {
-        auto* b = new ToolButton(*this, i, m_leftBar);
+    for (int i = 0; i < kToolCount; ++i) {
+        auto* b = new zolButton(m_leftBar);
         b->setObjectName(QStringLiteral("Cmd(%1)").arg(i));
-        b->setIcon(ToolIcon(i));
-        b->setIconSize(QSize(24, 24));
+        // Raised under the pointer, sunk and lighter while it is the tool in use.
+        BarLook(b, 3, RGB(185, 214, 249), RGB(220, 245, 255));
+        b->setPicture(ToolIcon(i));
+        b->setPictureSize(1);
+        b->setPictureAlign(4);
         b->setFixedSize(36, 36);
-        b->setCheckable(true);
-        b->setAutoRaise(true);
+        b->setMode(1);
         b->setToolTip(QString::fromLatin1(kToolTips[i]));
-        b->setStyleSheet(QStringLiteral(
-            "QToolButton { border: 1px solid transparent; border-radius: 3px; }"
-            "QToolButton:hover { border-color: rgb(116,156,218); background: rgb(220,245,255); }"
-            "QToolButton:checked { background: rgb(220,245,255); border-top: 1px solid rgb(110,110,110); "
-            "border-left: 1px solid rgb(110,110,110); border-right: 1px solid white; "
-            "border-bottom: 1px solid white; }"));
         // The button shows pressed only through SelectTool.
-        connect(b, &QToolButton::clicked, this, [this, b, i] {
-            b->setChecked(m_state.CurrentTool == i);
+        connect(b, &zolButton::Click, this, [this, b, i] {
+            b->setValue(m_state.CurrentTool == i);
             guarded("Cmd_Click", [&] { Cmd_Click(i); });
+        });
+        connect(b, &zolButton::MouseDown, this, [this, i](int button) {
+            // The right button on the curve and line tools leads to their advanced editors.
+            const MenuId editor = i == kToolCircle ? MenuId::mnuBezier
+                                  : i == kToolLine ? MenuId::mnuPolygons
+                                                   : MenuId::None;
+            if (button == kRightButton && editor != MenuId::None && isBuilt(editor))
+                action(editor)->trigger();
+        });
+        connect(b, &zolButton::DoubleClick, this, [this, i](int button) {
+            if (button == kLeftButton)
+                guarded("Cmd_DblClick", [&] { Cmd_DblClick(i); });
         });
         m_tools[i] = b;
     }
@@ -217,22 +196,21 @@ void frmMain::buildToolStrip()
 
 void frmMain::placeToolButtons()
 {
-    const bool kids =
-        action(QStringLiteral("mnuKidsMode")) && action(QStringLiteral("mnuKidsMode"))->isChecked();
-    for (int i = 0; i < 20; ++i)
+    const bool kids = action(MenuId::mnuKidsMode)->isChecked();
+    for (int i = 0; i < kToolCount; ++i)
         m_toolGrid->removeWidget(m_tools[i]);
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < kToolCount; ++i) {
         int row = kToolPlace[i][0], col = kToolPlace[i][1];
         // In Easy Mode the colour replacer goes, and the colour picker takes its place.
-        if (kids && i == 8) {
-            row = kToolPlace[17][0];
-            col = kToolPlace[17][1];
+        if (kids && i == kToolColorPicker) {
+            row = kToolPlace[kToolColorReplacer][0];
+            col = kToolPlace[kToolColorReplacer][1];
         }
-        if (kids && i == 17)
+        if (kids && i == kToolColorReplacer)
             continue;
         m_toolGrid->addWidget(m_tools[i], row, col);
     }
-    m_tools[17]->setVisible(!kids);
+    m_tools[kToolColorReplacer]->setVisible(!kids);
 }
 
 } // namespace velunta

@@ -3,8 +3,8 @@
 
 #include "shell/frmMain.h"
 
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
-#include "shell/ProgressStrip.h"
 #include "tools/Selection.h"
 #include "tools/frmControls.h"
 
@@ -16,23 +16,6 @@
 #include <QScrollBar>
 
 namespace velunta {
-
-void frmMain::wireClipboard()
-{
-    wire(QStringLiteral("Copy"), [this] { Copy_Click(); });
-    wire(QStringLiteral("mnuImgCopy"), [this] { Copy_Click(); });
-    wireCommand(3, [this] { Copy_Click(); });
-    wire(QStringLiteral("Cut"), [this] { Cut_Click(); });
-    wire(QStringLiteral("mnuImgCut"), [this] { Cut_Click(); });
-    wireCommand(4, [this] { Cut_Click(); });
-    wire(QStringLiteral("Paste"), [this] { Paste_Click(); });
-    wire(QStringLiteral("mnuImgPaste"), [this] { Paste_Click(); });
-    wireCommand(6, [this] { Paste_Click(); });
-    wire(QStringLiteral("PasteSpecial"), [this] { PasteSpecial_Click(); });
-    wire(QStringLiteral("SelectAll"), [this] { SelectAll_Click(); });
-    wire(QStringLiteral("ClearSelection"), [this] { ClearSelection_Click(); });
-    wire(QStringLiteral("mnugrabmask"), [this] { Cmd_Click(0); });
-}
 
 QImage frmMain::clipboardPicture() const
 {
@@ -57,12 +40,12 @@ void frmMain::Cut_Click()
     frmPaint* form = activeDocument();
     if (!form || !form->doc.SelectArea.Visible)
         return;
-    PrepUndo();
-    form->doc.SelectionLifted = false;
-    QApplication::clipboard()->setImage(form->doc.BufferSelected.Image().copy());
-    FillSelection(form->doc, m_state.BackColor);
-    DropSelection(form->doc);
-    form->doc.SetDirtyTrue();
+    RunImageCommand(*this, {.name = "Cut"}, [&](ImageCommand& c) {
+        c.doc().SelectionLifted = false;
+        QApplication::clipboard()->setImage(c.target().Image().copy());
+        FillSelection(c.doc(), m_state.BackColor);
+        DropSelection(c.doc());
+    });
     ShowCursorPanel(false);
     ValidateMenus();
 }
@@ -72,25 +55,24 @@ void frmMain::ClearSelection_Click()
     frmPaint* form = activeDocument();
     if (!form || !form->doc.SelectArea.Visible)
         return;
-    PrepUndo();
-    FillSelection(form->doc, m_state.BackColor);
-    form->doc.SelectArea.Visible = false;
-    form->doc.FloatOriginal = QImage();
-    form->doc.SetDirtyTrue();
-    form->invalidateView();
+    RunImageCommand(*this, {.name = "ClearSelection"}, [&](ImageCommand& c) {
+        FillSelection(c.doc(), m_state.BackColor);
+        c.doc().SelectArea.Visible = false;
+        c.doc().FloatOriginal = QImage();
+        c.doc().invalidateView();
+    });
     ShowCursorPanel(false);
     ValidateMenus();
 }
 
 void frmMain::Paste_Click()
 {
-    frmPaint* form = activeDocument();
     const QImage picture = clipboardPicture();
-    if (!form || picture.isNull())
+    if (!activeDocument() || picture.isNull())
         return;
-    PrepUndo();
-    PlaceFloat(form->doc, picture);
-    form->doc.SetDirtyTrue();
+    // A float still up lands where it stands first; the new one replaces it.
+    RunImageCommand(*this, {.name = "Paste", .wholePicture = true},
+                    [&](ImageCommand& c) { PlaceFloat(c.doc(), picture); });
     // Strokes on the pasted float record no undo steps until the next tool change.
     m_undo.UndoDisabled = true;
     ValidateMenus();
@@ -114,6 +96,11 @@ void frmMain::PasteSpecial_Click()
     showDocument(form, false);
 }
 
+void frmMain::mnugrabmask_Click()
+{
+    Cmd_Click(kToolPointer);
+}
+
 void frmMain::SelectAll_Click()
 {
     frmPaint* form = activeDocument();
@@ -128,10 +115,13 @@ bool frmMain::PreviewSelectionOptions(bool transparent, Color key, bool blend, i
     frmPaint* form = activeDocument();
     if (!form || !form->doc.SelectArea.Visible)
         return false;
-    m_progress->begin();
-    const bool done = PreviewFloat(form->doc, transparent, key, blend, ratio, m_progress->callback());
-    m_progress->end();
-    form->doc.SetDirtyTrue();
+    // The preview keeps the float's own pixels to come back to: no undo step of its own.
+    bool done = false;
+    RunImageCommand(*this, {.name = "selection options", .progress = true, .undo = false},
+                    [&](ImageCommand& c) {
+                        done = PreviewFloat(c.doc(), transparent, key, blend, ratio, c.progressFn());
+                        return done;
+                    });
     return done;
 }
 

@@ -4,6 +4,7 @@
 #include "shell/frmMain.h"
 
 #include "core/Prompt.h"
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -64,7 +65,8 @@ void frmMain::ColorsChanged()
         m_controls->ColorsChanged();
     // A new key colour picked for a transparent float shows at once; while the picker is
     // still down on the picture it waits, so the pick doesn't read its own preview.
-    if (m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey && m_state.CurrentTool != 8)
+    if (m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey &&
+        m_state.CurrentTool != kToolColorPicker)
         guarded("selection transparency", [&] { refreshSelectionPreview(); });
 }
 
@@ -91,24 +93,10 @@ int frmMain::GetSelectedColor() const
 
 void frmMain::ChangePalette()
 {
-    frmPaint* form = activeDocument();
-    if (!form)
-        return;
-    Document& doc = form->doc;
-    PrepUndo();
     // Only the undo ring keeps the old colours: the resize undo file is left alone, so
     // "Undo Resize" still brings back the picture before the resize.
-    Surface& target = doc.SelectArea.Visible ? doc.BufferSelected : doc.Buffer;
-    setEnabled(false);
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    ReduceToPalette(target.Image(), m_colorStrip->palette());
-    target.touchAll();
-    doc.Buffer.touchAll();
-    QApplication::restoreOverrideCursor();
-    setEnabled(true);
-    UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
-    form->invalidateView();
-    doc.SetDirtyTrue();
+    RunImageCommand(*this, {.name = "ChangePalette"},
+                    [&](ImageCommand& c) { ReduceToPalette(c.target().Image(), m_colorStrip->palette()); });
 }
 
 } // namespace velunta

@@ -3,6 +3,7 @@
 #include "shell/frmMain.h"
 
 #include "core/Gdi.h"
+#include "document/UpdateView.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
@@ -27,17 +28,10 @@ QString undoFile(const Services& services)
 
 } // namespace
 
-void frmMain::wireEditMenu()
+void frmMain::RevertSavedAndRecord()
 {
-    wire(QStringLiteral("Undo"), [this] { Undo_Click(); });
-    wire(QStringLiteral("mnuImgUndo"), [this] { Undo_Click(); });
-    wireCommand(7, [this] { Undo_Click(); });
-    wire(QStringLiteral("UndoResize"), [this] { UndoResize_Click(); });
-    wire(QStringLiteral("mnuundorevert"), [this] { mnuundorevert_Click(); });
-    wireCommand(17, [this] {
-        RevertSaved(QString());
-        PrepUndo();
-    });
+    RevertSaved(QString());
+    PrepUndo();
 }
 
 void frmMain::Undo_Click()
@@ -48,7 +42,7 @@ void frmMain::Undo_Click()
         return;
     DropSelection(form->doc);
     // A pending resize undo always goes first.
-    if (action(QStringLiteral("UndoResize"))->isEnabled()) {
+    if (action(MenuId::UndoResize)->isEnabled()) {
         UndoResize_Click();
         return;
     }
@@ -63,7 +57,7 @@ void frmMain::UndoResize_Click()
     const QFileInfo file(undoFile(m_services));
     frmPaint* form = activeDocument();
     if (!file.exists() || file.size() < kSmallestUndoFile || !form) {
-        enable(QStringLiteral("UndoResize"), false);
+        enable(MenuId::UndoResize, false);
         return;
     }
     const QImage picture = LoadPicture(file.filePath());
@@ -71,12 +65,9 @@ void frmMain::UndoResize_Click()
         Document& doc = form->doc;
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
-        form->SizePaintArea();
-        form->RealignZoom(-1, -1);
-        SetImageSizeText(QString::number(picture.width()) + QStringLiteral(" x ") +
-                         QString::number(picture.height()));
+        PictureResized();
     }
-    enable(QStringLiteral("UndoResize"), false);
+    enable(MenuId::UndoResize, false);
 }
 
 void frmMain::RevertSaved(const QString& path)
@@ -97,8 +88,7 @@ void frmMain::RevertSaved(const QString& path)
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
         doc.Buffer.Tag = doc.Name;
-        form->SizePaintArea();
-        form->RealignZoom(-1, -1);
+        PictureResized();
     }
     form->invalidateView();
     ValidateMenus();
@@ -114,9 +104,8 @@ void frmMain::SaveUndoBitmap()
     frmPaint* form = activeDocument();
     if (!form)
         return;
-    QString reason;
-    if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services), &reason)) {
-        enable(QStringLiteral("UndoResize"), true);
+    if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
+        enable(MenuId::UndoResize, true);
         enableCommand(7, true);
     }
 }

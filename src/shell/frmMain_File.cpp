@@ -46,16 +46,6 @@ void sizeDocumentWindow(QMdiArea* mdi, frmPaint* form)
 
 } // namespace
 
-void frmMain::wireFileMenu()
-{
-    wire(QStringLiteral("NewImage"), [this] { NewImage_Click(); });
-    wireCommand(0, [this] { NewImage_Click(); });
-    wire(QStringLiteral("Open"), [this] { Open_Click(); });
-    wireCommand(1, [this] { Open_Click(); });
-    wire(QStringLiteral("Close"), [this] { Close_Click(); });
-    wire(QStringLiteral("Exit"), [this] { Exit_Click(); });
-}
-
 void frmMain::showDocument(frmPaint* form, bool maximized)
 {
     form->SizePaintArea();
@@ -183,17 +173,17 @@ void frmMain::Open_Click()
     }
     form->doc.Buffer.Tag = name;
     showDocument(form, MaximizeOnOpen);
-    enable(QStringLiteral("mnuundorevert"), true);
+    enable(MenuId::mnuundorevert, true);
     PrepUndo();
-    if (m_state.CurrentTool == 2)
-        SelectTool(2);
+    if (m_state.CurrentTool == kToolZoom)
+        SelectTool(kToolZoom);
     MRUDlist(2, name);
     // A picture larger than the screen opens at 25% with the zoom tool, when asked to.
     const QSize screen = this->screen() ? this->screen()->size() : QSize(1 << 30, 1 << 30);
     if (FitBigImages &&
         (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
         QCoreApplication::processEvents();
-        SelectTool(2);
+        SelectTool(kToolZoom);
         form->PreDefZoom(25);
         m_controls->SetZoomOption(25);
     }

@@ -25,10 +25,10 @@ void frmMain::MRUDlist(int mode, const QString& path)
 {
     if (mode == 1) {
         for (int i = 0; i < 4; ++i) {
-            showEntry(QStringLiteral("mnuMrud(%1)").arg(i), false);
+            showEntry(MenuId::mnuMrud, false, i);
             m_recent[i].clear();
         }
-        showEntry(QStringLiteral("niks025"), false);
+        showEntry(MenuId::niks025, false);
         for (int i = 0; i < 4; ++i) {
             // Values of four characters or fewer are blanks.
             const QString value =
@@ -55,12 +55,12 @@ void frmMain::MRUDlist(int mode, const QString& path)
         }
     }
     for (int i = 0; i < 4; ++i) {
-        QAction* entry = action(QStringLiteral("mnuMrud(%1)").arg(i));
+        QAction* entry = action(MenuId::mnuMrud, i);
         entry->setText(recentCaption(m_recent[i]).replace(u'&', QStringLiteral("&&")));
         entry->setVisible(!m_recent[i].isEmpty());
         entry->setEnabled(!m_recent[i].isEmpty());
         if (!m_recent[i].isEmpty())
-            showEntry(QStringLiteral("niks025"), true);
+            showEntry(MenuId::niks025, true);
     }
 }
 

@@ -8,17 +8,15 @@
 #include "document/frmPaint.h"
 #include "files/RecoveryStore.h"
 #include "files/RecoveryWriter.h"
+#include "shell/Logging.h"
 #include "shell/RecoveryPrompt.h"
 #include "shell/Services.h"
 
 #include <QFile>
-#include <QLoggingCategory>
 #include <QSet>
 #include <QTimer>
 
 namespace velunta {
-
-Q_LOGGING_CATEGORY(lcShellRecovery, "velunta.recovery.shell")
 
 namespace {
 
@@ -47,7 +45,7 @@ void frmMain::StartRecovery()
     auto store = std::make_unique<RecoveryStore>(RecoveryFolder(m_services.AppFolder));
     QString reason;
     if (!store->open(&reason)) {
-        qCWarning(lcShellRecovery, "unsaved pictures won't be kept: %s", qPrintable(reason));
+        qCWarning(lcShell, "unsaved pictures won't be kept: %s", qPrintable(reason));
         return;
     }
     m_recoveryStore = std::move(store);
@@ -135,7 +133,7 @@ void frmMain::RestoreRecovered(const FoundPicture& found)
     showDocument(form, MaximizeOnOpen);
     form->doc.SetDirtyTrue();
     if (!header.path.isEmpty())
-        enable(QStringLiteral("mnuundorevert"), true);
+        enable(MenuId::mnuundorevert, true);
     PrepUndo();
     // Its file moves into this run's folder, so it is kept from the first moment on.
     if (m_recovery) {

@@ -3,26 +3,19 @@
 
 #include "shell/frmMain.h"
 
-#include "document/frmPaint.h"
+#include "document/ImageCommand.h"
 #include "tools/ColorPicker.h"
 
 namespace velunta {
 
 void frmMain::Replacecolors()
 {
-    frmPaint* form = activeDocument();
-    if (!form)
-        return;
-    Document& doc = form->doc;
     const Color from = m_state.ReplaceColors[0], to = m_state.ReplaceColors[1];
     // Nothing picked, or the same colour twice: the picture stays, and so does the ring.
     if (from < 0 || to < 0 || from == to)
         return;
-    PrepUndo();
-    Surface& target = doc.SelectArea.Visible ? doc.BufferSelected : doc.Buffer;
-    if (ReplaceColor(target, from, to) > 0)
-        doc.SetDirtyTrue();
-    UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
+    RunImageCommand(*this, {.name = "Replacecolors"},
+                    [&](ImageCommand& c) { return ReplaceColor(c.target(), from, to) > 0; });
 }
 
 void frmMain::CancelReplace()

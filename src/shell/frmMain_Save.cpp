@@ -5,6 +5,7 @@
 
 #include "core/Numbers.h"
 #include "core/Prompt.h"
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
@@ -14,7 +15,6 @@
 #include "files/JpegWriter.h"
 #include "files/cDIBSection.h"
 #include "files/frmSaveGifs.h"
-#include "shell/ProgressStrip.h"
 #include "shell/Services.h"
 #include "widgets/Icons.h"
 
@@ -26,35 +26,6 @@
 #include <QToolButton>
 
 namespace velunta {
-
-namespace {
-
-// The program's error numbers for a refused write, by the system's reason.
-int errorNumberOf(const QString& reason)
-{
-    if (reason.contains(QStringLiteral("ermission")))
-        return 70;
-    if (reason.contains(QStringLiteral("No such file")))
-        return 76;
-    if (reason.contains(QStringLiteral("No space")))
-        return 61;
-    return 75;
-}
-
-} // namespace
-
-void frmMain::wireSaveCommands()
-{
-    wire(QStringLiteral("Save"), [this] { Save_Click(); });
-    wireCommand(2, [this] { Save_Click(); });
-    wire(QStringLiteral("SaveAs"), [this] { SaveAs_Click(); });
-    wire(QStringLiteral("mnuExportBMP"), [this] { mnuExportBMP_Click(); });
-    wire(QStringLiteral("mnuExportJPG"), [this] { mnuExportJPG_Click(); });
-    wire(QStringLiteral("mnuExportGif"), [this] { mnuExportGif_Click(); });
-    wire(QStringLiteral("mnuProperties"), [this] { mnuProperties_Click(); });
-    for (int i = 0; i < 4; ++i)
-        wire(QStringLiteral("mnuMrud(%1)").arg(i), [this, i] { mnuMrud_Click(i); });
-}
 
 void frmMain::Save_Click()
 {
@@ -68,7 +39,7 @@ void frmMain::Save_Click()
     }
     // ".jpeg" is not known here: such a file is written in the format last used.
     SaveFilterIndex = FilterIndexOfName(name, SaveFilterIndex, false);
-    if (SaveFilterIndex == 1 || SaveFilterIndex == 3 || SaveFilterIndex == 4)
+    if (SaveFilterIndex == kFilterPictures || SaveFilterIndex == kFilterJpeg || SaveFilterIndex == kFilterGif)
         saveByFilter(name, SaveFilterIndex);
     else
         SaveAs_Click(); // a name whose format isn't one we write would be left unsaved without a word
@@ -91,66 +62,58 @@ void frmMain::SaveAs_Click()
 bool frmMain::saveByFilter(const QString& name, int filterIndex)
 {
     int quality = 90; // an ordinary save of a JPEG is always at 90
-    switch (filterIndex) {
-    case 1:
-    case 2:
-        return FileSaveAs(name, 2, kNoColor, quality);
-    case 3:
-        return FileSaveAs(name, 1, kNoColor, quality);
-    case 4:
-        return FileSaveAs(name, 3, kNoColor, quality);
-    default:
-        return false;
-    }
+    const std::optional<SaveFormat> format = FormatOfFilter(filterIndex);
+    return format && FileSaveAs(name, *format, kNoColor, quality);
 }
 
-bool frmMain::FileSaveAs(const QString& fileName, int format, Color transparentColor, int& quality)
+bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color transparentColor, int& quality)
 {
     frmPaint* form = activeDocument();
     if (!form)
         return false;
-    QApplication::setOverrideCursor(Qt::WaitCursor);
+    const bool gif = format == SaveFormat::Gif || format == SaveFormat::GifTransparent;
+    // A GIF is written row by row with the progress strip; Esc stops it.
+    BusyScope busy(*this, gif);
     QCoreApplication::processEvents();
     const QImage picture = form->doc.Buffer.Image().copy();
-    QString reason;
+    WriteFailure failure;
     bool written = true;
-    if (format == 1) {
+    if (format == SaveFormat::Jpeg) {
         if (quality <= 0)
             quality = 90;
         cDIBSection dib;
         dib.CreateFromPicture(picture);
-        if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &reason)) {
-            QApplication::restoreOverrideCursor();
-            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + reason,
+        if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &failure)) {
+            busy.end();
+            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + failure.reason,
                                      vbExclamation, QStringLiteral("Velunta"));
             m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName +
                                          QStringLiteral("'"),
                                      vbExclamation, QStringLiteral("Velunta"));
             return false;
         }
-    } else if (format == 2) {
-        written = SaveBMP(picture, fileName, &reason);
-    } else if (format == 3 || format == 4) {
-        GIF gif;
-        m_progress->begin();
-        written = gif.SaveGIF(picture, fileName, format == 4, format == 4 ? transparentColor : kNoColor,
-                              &reason, m_progress->callback());
-        m_progress->end();
+    } else if (format == SaveFormat::Bmp) {
+        written = SaveBMP(picture, fileName, &failure);
+    } else if (gif) {
+        const bool transparent = format == SaveFormat::GifTransparent;
+        written = GIF().SaveGIF(picture, fileName, transparent, transparent ? transparentColor : kNoColor,
+                                &failure, busy.progressFn());
     }
-    QApplication::restoreOverrideCursor();
-    if (!written) {
-        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(errorNumberOf(reason)) +
-                                     QStringLiteral(" - ") + reason,
+    busy.end();
+    // A save the user stopped with Esc is no error: the picture simply stays unsaved.
+    if (!written && failure.error != WriteError::Cancelled)
+        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
+                                     QStringLiteral(" - ") + failure.reason,
                                  vbOKOnly, QStringLiteral("Velunta"));
+    if (!written)
         return false;
-    }
     Document& doc = form->doc;
     doc.Buffer.Tag = fileName;
     // The window's name follows too, so "Undo to last saved image" goes back to this file.
     doc.Name = fileName;
     doc.SetCaption(fileName);
     doc.SetDirtyFalse();
-    enable(QStringLiteral("mnuundorevert"), true);
+    enable(MenuId::mnuundorevert, true);
     MRUDlist(2, fileName);
     return true;
 }
@@ -166,7 +129,7 @@ void frmMain::mnuExportBMP_Click()
     if (name.isEmpty())
         return;
     int quality = 0;
-    FileSaveAs(ExportFileName(name, QStringLiteral(".bmp")), 2, kNoColor, quality);
+    FileSaveAs(ExportFileName(name, QStringLiteral(".bmp")), SaveFormat::Bmp, kNoColor, quality);
 }
 
 void frmMain::mnuExportJPG_Click()
@@ -184,7 +147,7 @@ void frmMain::mnuExportJPG_Click()
     if (name.isEmpty())
         return;
     int quality = dialog.quality();
-    FileSaveAs(ExportFileName(name, QStringLiteral(".jpg")), 1, kNoColor, quality);
+    FileSaveAs(ExportFileName(name, QStringLiteral(".jpg")), SaveFormat::Jpeg, kNoColor, quality);
 }
 
 void frmMain::mnuExportGif_Click()
@@ -194,7 +157,7 @@ void frmMain::mnuExportGif_Click()
         [this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; }, this);
     dialog->Command3()->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(8); });
+    connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(kToolColorPicker); });
     connect(dialog, &frmSaveGifs::saveRequested, this, [this](Color colour) {
         guarded("Export As GIF", [&] {
             frmPaint* form = activeDocument();
@@ -207,7 +170,8 @@ void frmMain::mnuExportGif_Click()
             if (name.isEmpty())
                 return;
             int quality = 90;
-            FileSaveAs(ExportFileName(name, QStringLiteral(".gif")), colour >= 0 ? 4 : 3, colour, quality);
+            FileSaveAs(ExportFileName(name, QStringLiteral(".gif")),
+                       colour >= 0 ? SaveFormat::GifTransparent : SaveFormat::Gif, colour, quality);
         });
     });
     dialog->show();
@@ -254,7 +218,7 @@ bool frmMain::FormQueryUnload(frmPaint& form)
         return true;
     const int answer = m_services.prompt.MsgBox(tr("The image has been changed.") + QStringLiteral("\n\n") +
                                                     tr("Do you wish to save the changes?"),
-                                                0x34, tr("The image has been changed"));
+                                                vbYesNoWarning, tr("The image has been changed"));
     if (answer != vbYes)
         return true;
     // The window may not be the active one when it is closed from its own frame.
@@ -271,14 +235,15 @@ bool frmMain::FormQueryUnload(frmPaint& form)
             ShowSaveDialog(m_services.dialogs, tr("Save As..."), QString(), doc.CaptionName(), index);
         if (chosen.size() > 1) {
             SaveFilterIndex = index;
-            saved = saveByFilter(SaveAsFileName(chosen, index), index == 5 ? 1 : index);
+            saved = saveByFilter(SaveAsFileName(chosen, index),
+                                 index == kFilterAllFiles ? kFilterPictures : index);
         }
     }
     if (saved)
         return true;
     return m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") +
                                         tr("Close the image anyway?"),
-                                    0x44, tr("Save")) == vbYes;
+                                    vbYesNoInformation, tr("Save")) == vbYes;
 }
 
 } // namespace velunta

@@ -90,7 +90,7 @@ void frmMain::GetSettings(bool drawPart)
     };
     if (!drawPart) {
         assign(AutoSizePos, flagOf(get("AutoSizePos", QStringLiteral("0"))));
-        action(QStringLiteral("mnuWindowAutoSizePosition"))->setChecked(AutoSizePos);
+        action(MenuId::mnuWindowAutoSizePosition)->setChecked(AutoSizePos);
         if (AutoSizePos) {
             const QSize screen = this->screen() ? this->screen()->size() : QSize(1280, 800);
             QRect r(1, 1, screen.width(), screen.height());
@@ -104,17 +104,17 @@ void frmMain::GetSettings(bool drawPart)
                 r.setHeight(std::clamp(*v / kTwipsPerPixel, 150, screen.height()));
             setGeometry(r);
         }
-        bool kids = action(QStringLiteral("mnuKidsMode"))->isChecked();
+        bool kids = action(MenuId::mnuKidsMode)->isChecked();
         assign(kids, flagOf(get("KidsMode", QStringLiteral("False"))));
-        action(QStringLiteral("mnuKidsMode"))->setChecked(kids);
+        action(MenuId::mnuKidsMode)->setChecked(kids);
         assign(FitBigImages, flagOf(get("FitBigImage", QStringLiteral("False"))));
-        action(QStringLiteral("mnufitbigimages"))->setChecked(FitBigImages);
+        action(MenuId::mnufitbigimages)->setChecked(FitBigImages);
         assign(MaximizeOnOpen, flagOf(get("MaxOnOpen", QStringLiteral("0"))));
-        action(QStringLiteral("mnumaximizeonopen"))->setChecked(MaximizeOnOpen);
+        action(MenuId::mnumaximizeonopen)->setChecked(MaximizeOnOpen);
         assign(StartBlankPage, flagOf(get("StartBlankPage", QStringLiteral("0"))));
-        action(QStringLiteral("mnustartblankpage"))->setChecked(StartBlankPage);
+        action(MenuId::mnustartblankpage)->setChecked(StartBlankPage);
         assign(m_state.ShowCrossLines, flagOf(get("UseGuideLines", QStringLiteral("1"))));
-        action(QStringLiteral("mnuGuideLines"))->setChecked(m_state.ShowCrossLines);
+        action(MenuId::mnuGuideLines)->setChecked(m_state.ShowCrossLines);
         assign(GuideLinesColor, colourOf(get("GuideLinesColor", QString::number(RGB(128, 128, 128)))));
         assign(GridColor, colourOf(get("GridColor", QString::number(RGB(240, 240, 240)))));
         if (const auto v = numberOf(get("GuideLineStyle", QStringLiteral("2"))); v && *v >= 1 && *v <= 4)
@@ -143,9 +143,9 @@ void frmMain::GetSettings(bool drawPart)
         assign(m_state.GridY, shortOf(get("GridY", QStringLiteral("10"))));
         assign(m_state.SnapToGrid, flagOf(get("SnapToGrid", QStringLiteral("False"))));
         m_chkSnapGrid->setChecked(m_state.SnapToGrid);
-        action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
+        action(MenuId::menuExGridSnap)->setChecked(m_state.SnapToGrid);
         NoURLupdate = get("NoURLupdate", QString());
-        action(QStringLiteral("mnuhelp(7)"))->setChecked(NoURLupdate.isEmpty());
+        action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate.isEmpty());
     } else {
         const QString font = Trim(get("TextFont", QStringLiteral("Arial")));
         if (!font.isEmpty())
@@ -157,7 +157,7 @@ void frmMain::GetSettings(bool drawPart)
         assign(m_state.BackColor, colourOf(get("DrawBackColor", QStringLiteral("16777215"))));
         assign(m_state.ForeColor, colourOf(get("DrawForeColor", QStringLiteral("0"))));
         assign(AutoSizePos, flagOf(get("AutoSizePos", QStringLiteral("0"))));
-        action(QStringLiteral("mnuWindowAutoSizePosition"))->setChecked(AutoSizePos);
+        action(MenuId::mnuWindowAutoSizePosition)->setChecked(AutoSizePos);
         m_controls->SetFontName(m_state.FontName);
         m_controls->SetFontStyle(m_state.FontStyle);
         ColorsChanged();
@@ -174,7 +174,7 @@ void frmMain::SaveSettings(bool drawPart)
     put("MainWidth", QString::number(g.width() * kTwipsPerPixel));
     put("MainHeight", QString::number(g.height() * kTwipsPerPixel));
     put("AutoSizePos", minusOne(AutoSizePos));
-    put("KidsMode", trueFalse(action(QStringLiteral("mnuKidsMode"))->isChecked()));
+    put("KidsMode", trueFalse(action(MenuId::mnuKidsMode)->isChecked()));
     put("FitBigImage", trueFalse(FitBigImages));
     put("MaxOnOpen", minusOne(MaximizeOnOpen));
     put("StartBlankPage", minusOne(StartBlankPage));
@@ -211,23 +211,23 @@ void frmMain::SaveSettings(bool drawPart)
     s.sync();
 }
 
-void frmMain::wireSettingsMenu()
+void frmMain::mnuextra1_Click()
 {
-    wire(QStringLiteral("mnuextra1"), [this] {
-        SaveSettings(true);
-        m_services.prompt.MsgBox(tr("Settings of your draw-tools are saved"), vbInformation,
-                                 tr("Save Draw Settings"));
-    });
-    wire(QStringLiteral("mnuextra2"), [this] {
-        LoadLastDrawSettings();
-        m_services.prompt.MsgBox(tr("Last saved draw-tools settings are active"), vbInformation,
-                                 tr("Load Draw Settings"));
-    });
-    wire(QStringLiteral("mnuextra3"), [this] { RestoreDefaultSettings(); });
-    wire(QStringLiteral("mnuWindowAutoSizePosition"),
-         [this] { AutoSizePos = action(QStringLiteral("mnuWindowAutoSizePosition"))->isChecked(); });
-    action(QStringLiteral("mnuWindowAutoSizePosition"))->setEnabled(true);
-    action(QStringLiteral("mnuextra3"))->setEnabled(true);
+    SaveSettings(true);
+    m_services.prompt.MsgBox(tr("Settings of your draw-tools are saved"), vbInformation,
+                             tr("Save Draw Settings"));
+}
+
+void frmMain::mnuextra2_Click()
+{
+    LoadLastDrawSettings();
+    m_services.prompt.MsgBox(tr("Last saved draw-tools settings are active"), vbInformation,
+                             tr("Load Draw Settings"));
+}
+
+void frmMain::mnuWindowAutoSizePosition_Click()
+{
+    AutoSizePos = action(MenuId::mnuWindowAutoSizePosition)->isChecked();
 }
 
 void frmMain::LoadLastDrawSettings()

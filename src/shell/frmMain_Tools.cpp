@@ -22,7 +22,7 @@ namespace velunta {
 
 void frmMain::SelectTool(int tool)
 {
-    if (tool < 0 || tool > 19)
+    if (tool < 0 || tool >= kToolCount)
         return;
     m_state.LastTool = m_state.CurrentTool;
     m_controls->ShowPanel(tool);
@@ -30,8 +30,8 @@ void frmMain::SelectTool(int tool)
     m_state.CurrentTool = tool;
     m_tools[tool]->setChecked(true);
     if (frmPaint* form = activeDocument()) {
-        form->setPointerShape(tool == 0 ? -1 : tool);
-        if (tool != 12)
+        form->setPointerShape(tool == kToolPointer ? kPointerArrow : tool);
+        if (tool != kToolText)
             ClearTextState(form->doc); // text not applied is dropped with the tool
     }
 }
@@ -40,12 +40,12 @@ void frmMain::Cmd_Click(int index)
 {
     frmPaint* form = activeDocument();
     // Leaving the text tool with the pointer button applies the text.
-    if (index == 0 && m_state.CurrentTool == 12 && form)
+    if (index == kToolPointer && m_state.CurrentTool == kToolText && form)
         ApplyText();
-    if (index == 2 && form)
+    if (index == kToolZoom && form)
         m_controls->SetZoomOption(form->doc.ZoomFactor);
     bool cursorPanel = false;
-    if (index == 0 && form && form->doc.SelectArea.Visible) {
+    if (index == kToolPointer && form && form->doc.SelectArea.Visible) {
         SetBlendText(m_state.SelectionBlend >= 1 && m_state.SelectionBlend <= 255
                          ? QString::number(qint64(Int(m_state.SelectionBlend / 2.55)))
                          : QStringLiteral("50"));
@@ -54,7 +54,7 @@ void frmMain::Cmd_Click(int index)
     ShowCursorPanel(cursorPanel);
     SelectTool(index);
     m_state.NoUndoNextStroke = 0;
-    if (index == 0 && m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey)
+    if (index == kToolPointer && m_state.TransparentSelection && m_state.TransparencyColor != m_previewKey)
         refreshSelectionPreview();
     // A tool change ends the time of a paste, in which strokes record no undo steps.
     m_undo.UndoDisabled = false;
@@ -63,7 +63,7 @@ void frmMain::Cmd_Click(int index)
 void frmMain::Cmd_DblClick(int index)
 {
     frmPaint* form = activeDocument();
-    if (index == 0 && form && form->doc.SelectArea.Visible) {
+    if (index == kToolPointer && form && form->doc.SelectArea.Visible) {
         DropSelection(form->doc);
         ShowCursorPanel(false);
         ValidateMenus();
@@ -72,12 +72,16 @@ void frmMain::Cmd_DblClick(int index)
 
 void frmMain::ShowImageContextMenu(Document& doc)
 {
-    for (const QString& name : m_contextOnly)
-        showEntry(name, true);
+    auto showContextEntries = [this](bool visible) {
+        const std::span<const MenuRow> rows = MenuRows();
+        for (size_t i = 0; i < rows.size(); ++i)
+            if (rows[i].flags & kContextOnly)
+                m_rowActions[i]->setVisible(visible);
+    };
+    showContextEntries(true);
     ValidateMenus();
-    menu(QStringLiteral("Image"))->exec(QCursor::pos());
-    for (const QString& name : m_contextOnly)
-        showEntry(name, false);
+    menu(MenuId::Image)->exec(QCursor::pos());
+    showContextEntries(false);
 }
 
 void frmMain::PrepUndo()
@@ -190,7 +194,7 @@ void frmMain::documentActivated(QMdiSubWindow*)
         return;
     m_controls->SetZoomOption(-1);
     form->Form_Activate(m_state.ShowCrossLines, GuideLinesColor, GuideLineStyle);
-    form->setPointerShape(m_state.CurrentTool == 0 ? -1 : m_state.CurrentTool);
+    form->setPointerShape(m_state.CurrentTool == kToolPointer ? kPointerArrow : m_state.CurrentTool);
     SetImageSizeText(QString::number(form->doc.Buffer.ScaleWidth()) + QStringLiteral(" x ") +
                      QString::number(form->doc.Buffer.ScaleHeight()));
     ZoomChanged(*form);

@@ -18,163 +18,119 @@
 
 namespace velunta {
 
+namespace {
+
+// What the rules of the menus and the toolbar look at, taken once per validation.
+struct RuleState {
+    bool document = false;
+    bool selection = false;
+    bool clipboard = false;
+    bool undoRing = false;
+    bool undoFile = false;
+    bool anyDocument = false;
+};
+
+// `current` is the entry's state now, which the rules of entries that are enabled by
+// their own commands keep.
+bool ruleHolds(MenuRule rule, const RuleState& s, bool current)
+{
+    switch (rule) {
+    case MenuRule::Always:
+        return true;
+    case MenuRule::Document:
+        return s.document;
+    case MenuRule::Selection:
+        return s.selection;
+    case MenuRule::Clipboard:
+        return s.clipboard;
+    case MenuRule::UndoRing:
+        return s.undoRing;
+    case MenuRule::UndoFile:
+        return s.undoFile;
+    case MenuRule::AnyDocument:
+        return s.anyDocument;
+    case MenuRule::OwnCode:
+        return s.document && current;
+    case MenuRule::RecentFile:
+        return current;
+    }
+    return false;
+}
+
+} // namespace
+
 void frmMain::ValidateMenus()
 {
-    static const QStringList kDocumentCommands = {QStringLiteral("Save"),
-                                                  QStringLiteral("SaveAs"),
-                                                  QStringLiteral("Close"),
-                                                  QStringLiteral("mnuClose"),
-                                                  QStringLiteral("mnuExportGif"),
-                                                  QStringLiteral("mnuPrint"),
-                                                  QStringLiteral("mnuExportJPG"),
-                                                  QStringLiteral("mnuProperties"),
-                                                  QStringLiteral("SelectAll"),
-                                                  QStringLiteral("Paste"),
-                                                  QStringLiteral("mnuPasteFrom"),
-                                                  QStringLiteral("Image"),
-                                                  QStringLiteral("mnuTools"),
-                                                  QStringLiteral("Filters"),
-                                                  QStringLiteral("mnuextra2"),
-                                                  QStringLiteral("mnuextra1"),
-                                                  QStringLiteral("mnuExportBMPOptions"),
-                                                  QStringLiteral("mnucolordepth"),
-                                                  QStringLiteral("mnudetailedit"),
-                                                  QStringLiteral("mnuExportPNG"),
-                                                  QStringLiteral("mnuView"),
-                                                  QStringLiteral("mnuextraplugin")};
-    static const QStringList kSelectionCommands = {
-        QStringLiteral("Copy"),      QStringLiteral("Cut"),        QStringLiteral("ClearSelection"),
-        QStringLiteral("mnuCopyTo"), QStringLiteral("mnuImgCopy"), QStringLiteral("mnuImgCut"),
-        QStringLiteral("mnuBlendIt")};
-    static const QStringList kClipboardCommands = {QStringLiteral("Paste"), QStringLiteral("PasteSpecial"),
-                                                   QStringLiteral("mnuImgPaste")};
-
     frmPaint* form = activeDocument();
+    RuleState state;
     if (form) {
-        for (const QString& name : kDocumentCommands)
-            enable(name, true);
-        // The menus of a document: every entry that is built is there to use.
-        for (const QString& name : {QStringLiteral("Image"), QStringLiteral("mnuTools"),
-                                    QStringLiteral("Filters"), QStringLiteral("mnuView")}) {
-            for (QAction* a : menu(name)->findChildren<QAction*>())
-                if (!a->isSeparator() && !a->objectName().isEmpty())
-                    enable(a->objectName(), true);
-        }
-        for (const QString& name : {QStringLiteral("mnuExport"), QStringLiteral("mnuImport")})
-            enable(name, true);
-        for (int i = 0; i < 23; ++i)
-            enableCommand(i, true);
-
-        const bool selection = form->doc.SelectArea.Visible;
-        for (const QString& name : kSelectionCommands)
-            enable(name, selection);
-        showEntry(QStringLiteral("mnugrabmask"), selection);
-        enable(QStringLiteral("mnugrabmask"), selection);
-        enableCommand(3, selection);
-        enableCommand(4, selection);
-
         const QMimeData* clip = QApplication::clipboard()->mimeData();
-        const bool picture = clip && clip->hasImage();
-        for (const QString& name : kClipboardCommands)
-            enable(name, picture);
-        enableCommand(6, picture);
-
-        enable(QStringLiteral("UndoResize"),
-               QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp")));
-        enable(QStringLiteral("Undo"), m_undoEnabled);
-        enable(QStringLiteral("mnuImgUndo"), m_undoEnabled);
-    } else {
-        for (const QString& name : kDocumentCommands + kSelectionCommands + kClipboardCommands)
-            enable(name, false);
-        for (const QString& name :
-             {QStringLiteral("Undo"), QStringLiteral("UndoResize"), QStringLiteral("mnuImgUndo"),
-              QStringLiteral("mnuundorevert"), QStringLiteral("mnuExport"), QStringLiteral("mnuImport")})
-            enable(name, false);
-        showEntry(QStringLiteral("mnugrabmask"), false);
-        for (int i = 0; i < 23; ++i)
-            enableCommand(i, false);
+        state.document = true;
+        state.selection = form->doc.SelectArea.Visible;
+        state.clipboard = clip && clip->hasImage();
+        state.undoRing = m_undoEnabled;
+        state.undoFile = QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp"));
+    }
+    state.anyDocument = !documents().isEmpty();
+    const std::span<const MenuRow> rows = MenuRows();
+    for (size_t i = 0; i < rows.size(); ++i) {
+        const MenuRow& row = rows[i];
+        if (row.kind == MenuKind::Separator)
+            continue;
+        const bool on = ruleHolds(row.rule, state, m_rowActions[i]->isEnabled());
+        enableRow(i, on);
+        if (row.flags & kShowWithRule)
+            m_rowActions[i]->setVisible(on);
+    }
+    const std::span<const ToolbarRow> buttons = ToolbarRows();
+    for (int i = 0; i < int(buttons.size()); ++i)
+        enableCommand(i, ruleHolds(buttons[i].rule, state, false));
+    if (!form) {
         m_undoEnabled = false;
         m_undo.reset();
     }
     if (m_colorStrip)
         m_colorStrip->setPaletteEnabled(form != nullptr);
-    // New, Open and leaving stand ready with or without a document.
-    enableCommand(0, true);
-    enableCommand(1, true);
-    for (const QString& name : {QStringLiteral("NewImage"), QStringLiteral("Open"), QStringLiteral("Exit")})
-        enable(name, true);
 }
 
 void frmMain::SetUndoEnabled(bool enabled)
 {
     m_undoEnabled = enabled;
-    enable(QStringLiteral("Undo"), enabled);
-    enable(QStringLiteral("mnuImgUndo"), enabled);
+    enable(MenuId::Undo, enabled);
+    enable(MenuId::mnuImgUndo, enabled);
     enableCommand(7, enabled || activeDocument());
 }
 
 bool frmMain::UndoEnabled() const
 {
-    const QAction* undo = action(QStringLiteral("Undo"));
-    return undo && undo->isEnabled();
+    return action(MenuId::Undo)->isEnabled();
 }
 
 void frmMain::KidsMode()
 {
-    const bool kids = action(QStringLiteral("mnuKidsMode"))->isChecked();
-    for (int i = 8; i <= 22; ++i)
-        if (i != 17)
+    const bool kids = action(MenuId::mnuKidsMode)->isChecked();
+    const std::span<const ToolbarRow> buttons = ToolbarRows();
+    for (int i = 0; i < int(buttons.size()); ++i)
+        if (buttons[i].easyHidden)
             m_commands[i]->setVisible(!kids);
     m_separators[3]->setVisible(!kids);
     for (int i = 5; i <= 11; ++i)
         m_separators[i]->setVisible(!kids);
-    static const QStringList kHidden = {QStringLiteral("mnuExport"),
-                                        QStringLiteral("mnuImport"),
-                                        QStringLiteral("split022"),
-                                        QStringLiteral("mnuSelTwain"),
-                                        QStringLiteral("mnuAcquire"),
-                                        QStringLiteral("split033"),
-                                        QStringLiteral("mnuBezier"),
-                                        QStringLiteral("mnuPolygons"),
-                                        QStringLiteral("niks002"),
-                                        QStringLiteral("mnuCopyTo"),
-                                        QStringLiteral("mnuPasteFrom"),
-                                        QStringLiteral("split023"),
-                                        QStringLiteral("PasteSpecial"),
-                                        QStringLiteral("mnuPasteBlend"),
-                                        QStringLiteral("mnuBlendIt"),
-                                        QStringLiteral("split052"),
-                                        QStringLiteral("split003"),
-                                        QStringLiteral("mnuWindowAutoSizePosition"),
-                                        QStringLiteral("ArrHorizontal"),
-                                        QStringLiteral("ArrVertival"),
-                                        QStringLiteral("Cascade"),
-                                        QStringLiteral("split045"),
-                                        QStringLiteral("mnufitbigimages"),
-                                        QStringLiteral("mnustartblankpage"),
-                                        QStringLiteral("mnumaximizeonopen"),
-                                        QStringLiteral("mnuextra1"),
-                                        QStringLiteral("mnuextra2"),
-                                        QStringLiteral("mnuextra3"),
-                                        QStringLiteral("niks052"),
-                                        QStringLiteral("niks036"),
-                                        QStringLiteral("mnucolordepth"),
-                                        QStringLiteral("menuExGridSetup"),
-                                        QStringLiteral("niks12"),
-                                        QStringLiteral("niks7")};
-    for (const QString& name : kHidden)
-        showEntry(name, !kids);
+    const std::span<const MenuRow> rows = MenuRows();
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (rows[i].flags & kEasyHidden)
+            m_rowActions[i]->setVisible(!kids);
     placeToolButtons();
     m_chkDetailEdit->setVisible(!kids);
     m_chkSnapGrid->setVisible(!kids);
     if (m_colorStrip)
         m_colorStrip->setKidsMode(kids);
-    action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
+    action(MenuId::menuExGridSnap)->setChecked(m_state.SnapToGrid);
 }
 
 void frmMain::mnuHideToolbar_Click()
 {
-    QAction* mark = action(QStringLiteral("mnuHideToolbar"));
+    QAction* mark = action(MenuId::mnuHideToolbar);
     // The entry's own toggle has already flipped the mark.
     m_picbuttons->setVisible(!mark->isChecked());
 }

@@ -23,46 +23,47 @@ const int kZoomEntries[] = {10, 25, 50, 75, 100, 150, 200};
 
 } // namespace
 
-void frmMain::wireViewMenu()
+void frmMain::mnustartblankpage_Click()
 {
-    wire(QStringLiteral("mnuHideToolbar"), [this] { mnuHideToolbar_Click(); });
-    wire(QStringLiteral("mnustartblankpage"),
-         [this] { StartBlankPage = action(QStringLiteral("mnustartblankpage"))->isChecked(); });
-    wire(QStringLiteral("mnumaximizeonopen"),
-         [this] { MaximizeOnOpen = action(QStringLiteral("mnumaximizeonopen"))->isChecked(); });
-    wire(QStringLiteral("mnuKidsMode"), [this] { KidsMode(); });
-    wire(QStringLiteral("mnufitbigimages"),
-         [this] { FitBigImages = action(QStringLiteral("mnufitbigimages"))->isChecked(); });
-    for (const QString& name : {QStringLiteral("mnuHideToolbar"), QStringLiteral("mnuKidsMode")})
-        action(name)->setEnabled(true);
+    StartBlankPage = action(MenuId::mnustartblankpage)->isChecked();
+}
 
-    for (int z : kZoomEntries)
-        wire(QStringLiteral("mnuZooms(%1)").arg(z), [this, z] { mnuZooms_Click(z); });
-    wire(QStringLiteral("mnuZooms(500)"), [this] { mnuZooms_Click(500); });
-    wire(QStringLiteral("mnuShowGrid"), [this] {
-        if (frmPaint* form = activeDocument())
-            form->doc.DrawGrid(m_state.GridX, m_state.GridY, GridColor);
-    });
-    wire(QStringLiteral("menuExGridSnap"), [this] {
-        // The mark, the flag and the check box move together.
-        m_state.SnapToGrid = action(QStringLiteral("menuExGridSnap"))->isChecked();
-        m_chkSnapGrid->setChecked(m_state.SnapToGrid);
-    });
-    wire(QStringLiteral("menuExGridSetup"), [this] { menuExGridSetup_Click(); });
-    wire(QStringLiteral("mnuGuideLines"), [this] {
-        m_state.ShowCrossLines = action(QStringLiteral("mnuGuideLines"))->isChecked();
+void frmMain::mnumaximizeonopen_Click()
+{
+    MaximizeOnOpen = action(MenuId::mnumaximizeonopen)->isChecked();
+}
+
+void frmMain::mnufitbigimages_Click()
+{
+    FitBigImages = action(MenuId::mnufitbigimages)->isChecked();
+}
+
+void frmMain::mnuShowGrid_Click()
+{
+    if (frmPaint* form = activeDocument())
+        form->doc.DrawGrid(m_state.GridX, m_state.GridY, GridColor);
+}
+
+void frmMain::menuExGridSnap_Click()
+{
+    // The mark, the flag and the check box move together.
+    m_state.SnapToGrid = action(MenuId::menuExGridSnap)->isChecked();
+    m_chkSnapGrid->setChecked(m_state.SnapToGrid);
+}
+
+void frmMain::mnuGuideLines_Click()
+{
+    m_state.ShowCrossLines = action(MenuId::mnuGuideLines)->isChecked();
+    applyGuideLines();
+}
+
+void frmMain::mnuGuideLinecolor_Click()
+{
+    const Color c = frmColor::pick(GuideLinesColor, this);
+    if (c >= 0) {
+        GuideLinesColor = c;
         applyGuideLines();
-    });
-    wire(QStringLiteral("mnuGuideLinecolor"), [this] {
-        const Color c = frmColor::pick(GuideLinesColor, this);
-        if (c >= 0) {
-            GuideLinesColor = c;
-            applyGuideLines();
-        }
-    });
-    for (int i = 1; i <= 4; ++i)
-        wire(QStringLiteral("mnuGuideLineStyles(%1)").arg(i), [this, i] { mnuGuideLineStyles_Click(i); });
-    connect(menu(QStringLiteral("mnuView")), &QMenu::aboutToShow, this, [this] { mnuView_Click(); });
+    }
 }
 
 void frmMain::mnuZooms_Click(int index)
@@ -87,18 +88,18 @@ void frmMain::mnuView_Click()
     // Only an entry whose percent is the zoom's whole part carries the mark.
     const int whole = form ? int(std::floor(form->doc.ZoomFactor)) : -1;
     for (int z : kZoomEntries)
-        action(QStringLiteral("mnuZooms(%1)").arg(z))->setChecked(z == whole);
+        action(MenuId::mnuZooms, z)->setChecked(z == whole);
     for (int i = 1; i <= 4; ++i)
-        action(QStringLiteral("mnuGuideLineStyles(%1)").arg(i))->setChecked(i == GuideLineStyle);
-    action(QStringLiteral("mnuGuideLines"))->setChecked(m_state.ShowCrossLines);
-    action(QStringLiteral("menuExGridSnap"))->setChecked(m_state.SnapToGrid);
+        action(MenuId::mnuGuideLineStyles, i)->setChecked(i == GuideLineStyle);
+    action(MenuId::mnuGuideLines)->setChecked(m_state.ShowCrossLines);
+    action(MenuId::menuExGridSnap)->setChecked(m_state.SnapToGrid);
 }
 
 void frmMain::mnuGuideLineStyles_Click(int index)
 {
     GuideLineStyle = index;
     for (int i = 1; i <= 4; ++i)
-        action(QStringLiteral("mnuGuideLineStyles(%1)").arg(i))->setChecked(i == index);
+        action(MenuId::mnuGuideLineStyles, i)->setChecked(i == index);
     // The style is kept at once, not only when the program closes.
     m_services.settings.SaveSetting(QStringLiteral("GuideLineStyle"), index);
     m_services.settings.sync();
@@ -133,7 +134,7 @@ void frmMain::ApplyGridSettings(const GridSettings& after)
     m_state.GridY = after.GridY;
     m_state.SnapToGrid = after.SnapToGrid;
     m_chkSnapGrid->setChecked(after.SnapToGrid);
-    action(QStringLiteral("menuExGridSnap"))->setChecked(after.SnapToGrid);
+    action(MenuId::menuExGridSnap)->setChecked(after.SnapToGrid);
     GridColor = after.GridColor;
     GridConstrain = after.Constrain;
     // A shown grid is drawn again with the new steps: the first call removes the old lines.

@@ -44,25 +44,28 @@ void tile(QMdiArea* mdi, bool horizontal)
 
 } // namespace
 
-void frmMain::wireWindowMenu()
+void frmMain::ArrHorizontal_Click()
 {
-    wire(QStringLiteral("ArrHorizontal"), [this] { tile(m_mdi, true); });
-    wire(QStringLiteral("ArrVertival"), [this] { tile(m_mdi, false); });
-    wire(QStringLiteral("Cascade"), [this] { m_mdi->cascadeSubWindows(); });
-    wire(QStringLiteral("mnuClose"), [this] { Close_Click(); });
-    connect(menu(QStringLiteral("Window")), &QMenu::aboutToShow, this, [this] { refreshWindowList(); });
+    tile(m_mdi, true);
+}
+
+void frmMain::ArrVertival_Click()
+{
+    tile(m_mdi, false);
+}
+
+void frmMain::Cascade_Click()
+{
+    m_mdi->cascadeSubWindows();
 }
 
 void frmMain::refreshWindowList()
 {
-    QMenu* window = menu(QStringLiteral("Window"));
+    QMenu* window = menu(MenuId::Window);
     for (QAction* a : window->actions())
         if (a->property("windowEntry").toBool())
             window->removeAction(a), a->deleteLater();
-    const bool any = !documents().isEmpty();
-    for (const QString& name : {QStringLiteral("ArrHorizontal"), QStringLiteral("ArrVertival"),
-                                QStringLiteral("Cascade"), QStringLiteral("mnuClose")})
-        enable(name, any);
+    ValidateMenus();
     int n = 0;
     frmPaint* active = activeDocument();
     for (frmPaint* form : documents()) {
@@ -79,16 +82,14 @@ void frmMain::refreshWindowList()
     }
 }
 
-void frmMain::wireHelpMenu()
+void frmMain::mnuhelp_Click(int index)
 {
-    wire(QStringLiteral("mnuhelp(9)"), [this] {
+    if (index == 9)
         m_services.prompt.MsgBox(
             tr("Velunta %1\n\nA paint program for beginners, children and hobby painters.\n\n"
                "Zolvane")
                 .arg(QStringLiteral(VELUNTA_VERSION)),
             vbInformation, tr("About Velunta"));
-    });
-    action(QStringLiteral("mnuhelp(9)"))->setEnabled(true);
 }
 
 } // namespace velunta

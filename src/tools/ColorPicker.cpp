@@ -4,9 +4,9 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <algorithm>
 
@@ -41,14 +41,14 @@ void PickColorAt(ToolContext& ctx, Document& doc, double x, double y, int button
         return;
     const Color c = GetPixel(doc.Buffer, I4(x), I4(y));
     ctx.host.ShowPickedColor(c);
-    if (st.TransparencyPickArmed && button >= 1 && st.CurrentTool != 17) {
+    if (st.TransparencyPickArmed && button >= 1 && st.CurrentTool != kToolColorReplacer) {
         st.TransparencyColor = c;
         ctx.host.ShowTransparencyColor(c);
         if (button == 2)
             ctx.host.ColorsChanged();
         st.TransparencyPickArmed = false;
         if (doc.viewWindow)
-            doc.viewWindow->setPointerShape(-1);
+            doc.viewWindow->setPointerShape(kPointerArrow);
         st.CurrentTool = 0;
     } else if (button == 1 || button == 2) {
         st.ReplaceColors[button - 1] = c;

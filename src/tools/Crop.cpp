@@ -3,9 +3,9 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
-#include "document/DocumentView.h"
-#include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
+#include "document/ImageCommand.h"
+#include "document/ToolContext.h"
+#include "document/ToolHost.h"
 
 #include <algorithm>
 #include <cmath>
@@ -53,23 +53,21 @@ void CropStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y,
     // A marquee pushed wholly off the view has no pixels left: the picture stays.
     if (w < 1 || h < 1)
         return;
-    ctx.host.SaveUndoBitmapForTool();
+    // The whole picture goes to temp/undo.bmp first, so Undo Resize brings it back.
+    RunImageCommand(ctx.host, {.name = "Crop", .resizes = true}, [&](ImageCommand&) {
+        Surface& sel = doc.BufferSelected;
+        sel.clearPicture();
+        sel.Move(box.Left * k, box.Top * k);
+        sel.setScaleSize(w, h);
+        BitBlt(sel, 0, 0, w, h, doc.Buffer, I4(box.Left * k), I4(box.Top * k));
 
-    Surface& sel = doc.BufferSelected;
-    sel.clearPicture();
-    sel.Move(box.Left * k, box.Top * k);
-    sel.setScaleSize(w, h);
-    BitBlt(sel, 0, 0, w, h, doc.Buffer, I4(box.Left * k), I4(box.Top * k));
-
-    // The picture becomes exactly the marked block; the old picture layer would bring
-    // the uncropped picture back on the next clearing, so it goes too.
-    doc.Buffer.clearPicture();
-    doc.Buffer.Cls();
-    doc.Buffer.setScaleSize(w, h);
-    BitBlt(doc.Buffer, 0, 0, w, h, sel, 0, 0);
-    UpdateView(doc, surface, x, y, zoom);
-    if (doc.viewWindow)
-        doc.viewWindow->PreDefZoom(doc.ZoomFactor);
+        // The picture becomes exactly the marked block; the old picture layer would bring
+        // the uncropped picture back on the next clearing, so it goes too.
+        doc.Buffer.clearPicture();
+        doc.Buffer.Cls();
+        doc.Buffer.setScaleSize(w, h);
+        BitBlt(doc.Buffer, 0, 0, w, h, sel, 0, 0);
+    });
     doc.CropArea.Visible = false;
     doc.invalidateView();
 }

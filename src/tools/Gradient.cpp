@@ -3,9 +3,9 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <algorithm>
 #include <cmath>

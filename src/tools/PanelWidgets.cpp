@@ -2,6 +2,7 @@
 
 #include "core/Gdi.h"
 #include "core/Surface.h"
+#include "widgets/ButtonLooks.h"
 #include "widgets/Icons.h"
 
 #include <QIconEngine>
@@ -11,18 +12,22 @@
 
 namespace velunta {
 
-StyleButton::StyleButton(const QString& name, const QIcon& icon, const QString& tip, QWidget* parent)
-    : QToolButton(parent)
+void PanelBarLook(zolButton* b)
+{
+    BarLook(b, 5, RGB(255, 232, 166), RGB(220, 245, 255));
+}
+
+StyleButton::StyleButton(const QString& name, const QIcon& icon, const QString& tip, QWidget* parent,
+                         int mode)
+    : zolButton(parent)
 {
     setObjectName(name);
-    setProperty("styleButton", true);
-    setIcon(icon);
-    setIconSize(QSize(kStyleIconSize, kStyleIconSize));
+    PanelBarLook(this);
+    setPicture(icon);
+    setPictureAlign(4);
     setFixedSize(kStyleButtonSize, kStyleButtonSize);
     setToolTip(tip);
-    setCheckable(true);
-    setAutoRaise(true);
-    setFocusPolicy(Qt::TabFocus);
+    setMode(mode);
 }
 
 IconView::IconView(const QString& name, const QIcon& icon, int size, QWidget* parent)
@@ -137,15 +142,15 @@ QImage FillPatternSwatch(int pattern, Color ink, int w, int h)
 }
 
 FillPatternButton::FillPatternButton(int pattern, const QString& tip, QWidget* parent)
-    : QAbstractButton(parent), m_pattern(pattern)
+    : zolButton(parent), m_pattern(pattern)
 {
     setObjectName(QStringLiteral("OptFillStyle(%1)").arg(pattern));
     setToolTip(tip);
-    setCheckable(true);
+    PanelBarLook(this);
+    setPictureAlign(4);
     setFixedSize(kStyleButtonSize, kStyleButtonSize);
-    setFocusPolicy(Qt::TabFocus);
-    // Repainted as the pointer comes and goes, for the hover frame.
-    setAttribute(Qt::WA_Hover);
+    setMode(2);
+    setInk(0);
 }
 
 void FillPatternButton::setInk(Color c)
@@ -153,39 +158,25 @@ void FillPatternButton::setInk(Color c)
     if (c == m_ink)
         return;
     m_ink = c;
-    update();
-}
-
-void FillPatternButton::paintEvent(QPaintEvent*)
-{
-    QPainter p(this);
-    const QRect well = rect().adjusted(4, 4, -4, -4);
-    if (isChecked()) {
-        p.fillRect(rect(), QColor(255, 232, 166));
-        p.setPen(QColor(110, 110, 110));
-        p.drawLine(0, 0, width() - 1, 0);
-        p.drawLine(0, 0, 0, height() - 1);
-        p.setPen(Qt::white);
-        p.drawLine(width() - 1, 0, width() - 1, height() - 1);
-        p.drawLine(0, height() - 1, width() - 1, height() - 1);
-    } else if (underMouse()) {
-        p.setPen(QColor(116, 156, 218));
-        p.drawRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5));
-    }
+    // The swatch in a dark frame, one swatch pixel per screen pixel at 100 %; larger
+    // scales show it in whole blocks, so it stays sharp.
+    const int side = 16;
+    QImage img(side, side, QImage::Format_RGB32);
+    img.fill(QColor(60, 60, 60));
+    QPainter p(&img);
+    const QRect well(1, 1, side - 2, side - 2);
     if (m_pattern == 1) {
         // Transparent: the fill paints nothing, shown as the usual see-through checkerboard.
         const int cell = 4;
         for (int y = 0; y < well.height(); y += cell)
             for (int x = 0; x < well.width(); x += cell)
-                p.fillRect(QRect(well.left() + x, well.top() + y, std::min(cell, well.width() - x),
-                                 std::min(cell, well.height() - y)),
+                p.fillRect(QRect(well.left() + x, well.top() + y, cell, cell) & well,
                            ((x + y) / cell) % 2 ? QColor(204, 204, 204) : Qt::white);
     } else {
-        // One swatch pixel per logical pixel, scaled without smoothing: crisp at any ratio.
-        p.drawImage(well, FillPatternSwatch(m_pattern, m_ink, well.width(), well.height()));
+        p.drawImage(well.topLeft(), FillPatternSwatch(m_pattern, m_ink, well.width(), well.height()));
     }
-    p.setPen(isEnabled() ? QColor(60, 60, 60) : QColor(150, 150, 150));
-    p.drawRect(QRectF(well).adjusted(-0.5, -0.5, 0.5, 0.5));
+    p.end();
+    setPicture(img);
 }
 
 namespace {

@@ -4,13 +4,12 @@
 // swatches, and the pictures of the style buttons that have no art of their own.
 
 #include "core/Color.h"
+#include "widgets/zolButton.h"
 
-#include <QAbstractButton>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
-#include <QToolButton>
 
 #include <functional>
 
@@ -19,14 +18,18 @@ namespace velunta {
 // Logical sizes shared by every panel, so the rows line up from panel to panel.
 inline constexpr int kPanelRowHeight = 24;
 inline constexpr int kStyleButtonSize = 26;
-inline constexpr int kStyleIconSize = 20;
 
-// A button of a style group: it shows pressed only when the draw state says so,
-// never by its own toggling.
-class StyleButton : public QToolButton {
+// The look of the panels' small picture buttons: no frame on the strip until the
+// pointer comes, sunk into a warm colour while chosen or open.
+void PanelBarLook(zolButton* b);
+
+// A picture button of a panel. Mode 2: one of a group of styles, the buttons of the
+// box it stands in; it shows chosen when the draw state says so. Mode 1: a button that
+// stays down while its slider or list is open.
+class StyleButton : public zolButton {
     Q_OBJECT
 public:
-    StyleButton(const QString& name, const QIcon& icon, const QString& tip, QWidget* parent);
+    StyleButton(const QString& name, const QIcon& icon, const QString& tip, QWidget* parent, int mode = 2);
 };
 
 // A picture drawn from its icon at paint time, so it is sharp at any pixel ratio.
@@ -79,21 +82,18 @@ private:
     bool m_armed = false;
 };
 
-// One OptFillStyle button: the pattern painted by the fill's own brush, in the
-// foreground colour, over white; style 1 (transparent) shows a checkerboard.
-class FillPatternButton : public QAbstractButton {
+// One OptFillStyle option: its picture is the pattern painted by the fill's own
+// brush, in the foreground colour, over white; style 1 (transparent) shows a
+// checkerboard.
+class FillPatternButton : public zolButton {
     Q_OBJECT
 public:
     FillPatternButton(int pattern, const QString& tip, QWidget* parent);
     void setInk(Color c);
-    QSize sizeHint() const override { return {kStyleButtonSize, kStyleButtonSize}; }
-
-protected:
-    void paintEvent(QPaintEvent* event) override;
 
 private:
     int m_pattern;
-    Color m_ink = 0;
+    Color m_ink = kNoColor;
 };
 
 // A row of controls in `box`, edge to edge, `spacing` apart.

@@ -3,7 +3,7 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/Retouch.h"
 #include "tools/SimplePaints.h"
 

@@ -3,11 +3,11 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/ColorPicker.h"
-#include "tools/DrawState.h"
 #include "tools/Selection.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <cmath>
 
@@ -47,7 +47,7 @@ void ZoomToolStep(ToolContext& ctx, Document& doc, bool in, float x, float y)
     if (doc.viewWindow) {
         doc.viewWindow->PreDefZoom(next);
         doc.viewWindow->RealignZoom(y / h, x / w);
-        doc.viewWindow->setPointerShape(2);
+        doc.viewWindow->setPointerShape(kToolZoom);
     } else {
         doc.RebuildCaption();
     }
@@ -78,22 +78,23 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
     const int keptButton = button;
     const int tool = st.CurrentTool;
 
-    if (button == kRightButton && doc.ZoomFactor == 100.0 && tool != 2) {
-        if (tool != 17 && tool != 8 && tool != 1 && tool != 21)
+    if (button == kRightButton && doc.ZoomFactor == 100.0 && tool != kToolZoom) {
+        if (tool != kToolColorReplacer && tool != kToolColorPicker && tool != kToolPencil)
             ctx.host.ShowImageContextMenu(doc);
     }
     // The colour replacer picks its colours through the colour picker's reader.
-    if (tool == 17)
+    if (tool == kToolColorReplacer)
         PickColorAt(ctx, doc, ViewToImage(x, doc.ZoomFactor), ViewToImage(y, doc.ZoomFactor), button);
-    if (button == kRightButton && tool == 1)
+    if (button == kRightButton && tool == kToolPencil)
         button = kLeftButton; // the right pencil draws; keptButton still says 2
 
     if (button == kLeftButton) {
         ctx.host.SetUndoEnabled(true);
         // No undo point starts for a stroke inside a floating selection. The release records
         // the stroke's result only when the press recorded what came before it.
-        if (!doc.SelectArea.Visible && st.NoUndoNextStroke == 0 && (tool >= 1 || st.CursorPanelVisible) &&
-            !st.DetailPickerArmed && tool != 2 && tool != 8) {
+        if (!doc.SelectArea.Visible && st.NoUndoNextStroke == 0 &&
+            (tool != kToolPointer || st.CursorPanelVisible) && !st.DetailPickerArmed && tool != kToolZoom &&
+            tool != kToolColorPicker) {
             ctx.host.PrepUndo();
             doc.BuffersChanged = ToolChangesPicture(tool, false);
         }
@@ -124,7 +125,7 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
     } else {
         doc.Drawing = false;
     }
-    if (tool == 8 && button != 0)
+    if (tool == kToolColorPicker && button != 0)
         doc.Drawing = true; // the picker tracks with the right button too
     doc.MouseReleased = true;
 }
@@ -185,7 +186,7 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
     }
 
     const int tool = st.CurrentTool;
-    if (tool == 0) {
+    if (tool == kToolPointer) {
         doc.PointerX = float(ViewToImage(x, z));
         doc.PointerY = float(ViewToImage(y, z));
         if (doc.SelectArea.Visible) {
@@ -193,11 +194,11 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
             if (doc.PointerX - sel.Left > sel.Width() || doc.PointerY - sel.Top > sel.Height() ||
                 doc.PointerX < sel.Left || doc.PointerY < sel.Top) {
                 if (doc.viewWindow)
-                    doc.viewWindow->setPointerShape(-1);
+                    doc.viewWindow->setPointerShape(kPointerArrow);
                 return;
             }
             if (doc.viewWindow)
-                doc.viewWindow->setPointerShape(20);
+                doc.viewWindow->setPointerShape(kPointerMoveSelection);
             if (st.SelectionBlend >= 1 && st.SelectionBlend <= 255)
                 ctx.host.SetBlendText(QString::number(qint64(Int(st.SelectionBlend / 2.55))));
             else
@@ -205,16 +206,16 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
             ctx.host.ShowCursorPanel(true);
         } else {
             ctx.host.ShowCursorPanel(false);
-            if (doc.viewWindow && doc.viewWindow->pointerShape() != -1)
-                doc.viewWindow->setPointerShape(-1);
+            if (doc.viewWindow && doc.viewWindow->pointerShape() != kPointerArrow)
+                doc.viewWindow->setPointerShape(kPointerArrow);
         }
     } else if (doc.viewWindow && doc.viewWindow->pointerShape() != tool) {
         doc.viewWindow->setPointerShape(tool);
     }
     if (st.DetailPickerArmed && doc.viewWindow)
-        doc.viewWindow->setPointerShape(21);
+        doc.viewWindow->setPointerShape(kPointerDetail);
     // While picking only the read-out follows the pointer; the swatches stay.
-    if (doc.Drawing && (tool == 8 || tool == 17))
+    if (doc.Drawing && (tool == kToolColorPicker || tool == kToolColorReplacer))
         PickColorAt(ctx, doc, doc.PointerImageA, doc.PointerImageB);
 }
 
@@ -238,24 +239,25 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
         // picture usually fits the view, so the bars stand at 0 either way.
         if (doc.ZoomFactor < 100 && doc.viewWindow)
             doc.viewWindow->RealignZoom(x / viewWidth, y / viewHeight);
-        if (tool == 5)
+        if (tool == kToolSelectArea)
             ctx.host.ValidateMenus();
     }
-    if (tool == 2 && button != kNoButton)
+    if (tool == kToolZoom && button != kNoButton)
         ZoomToolStep(ctx, doc, button == kLeftButton, x, y);
-    if (tool == 8) {
+    if (tool == kToolColorPicker) {
         const int last = st.LastTool;
         if (st.TransparencyPickArmed) {
             // The float's key colour was picked: back to the pointer and the float's panel.
             st.TransparencyPickArmed = false;
-            ctx.host.Cmd_Click(0);
-        } else if (last != 0 && last != 5 && last != 7 && last != 2 && last != 17) {
+            ctx.host.Cmd_Click(kToolPointer);
+        } else if (last != kToolPointer && last != kToolSelectArea && last != kToolCrop &&
+                   last != kToolZoom && last != kToolColorReplacer) {
             ctx.host.Cmd_Click(last);
         }
     }
     ctx.host.SetZoomText(NumberText(doc.ZoomFactor) + QStringLiteral("%"));
-    if (st.CursorPanelVisible || tool > 0) {
-        if (!st.DetailPickerArmed && tool != 2 && tool != 8) {
+    if (st.CursorPanelVisible || tool != kToolPointer) {
+        if (!st.DetailPickerArmed && tool != kToolZoom && tool != kToolColorPicker) {
             if (doc.BuffersChanged) {
                 doc.BuffersChanged = false;
                 ctx.host.PrepUndo();
@@ -270,8 +272,8 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
 {
     DrawState& st = ctx.state;
     const int tool = st.CurrentTool;
-    if (keyCode >= kKeyLeft && keyCode <= kKeyDown && (tool == 1 || tool == 6) && !doc.SelectArea.Visible &&
-        doc.ZoomFactor == 100.0) {
+    if (keyCode >= kKeyLeft && keyCode <= kKeyDown && (tool == kToolPencil || tool == kToolAirbrush) &&
+        !doc.SelectArea.Visible && doc.ZoomFactor == 100.0) {
         if (!doc.KeyPointerActive) {
             doc.KeyPointerX = doc.LastX;
             doc.KeyPointerY = doc.LastY;
@@ -296,7 +298,7 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
     if (keyCode == kKeyShift)
         doc.ShiftDown = true;
 
-    if (tool == 12 || doc.KeyShortcutsOff)
+    if (tool == kToolText || doc.KeyShortcutsOff)
         return;
     if (keyCode == kKeyControl && doc.SelectArea.Visible)
         doc.KeyShortcutsOff = true;
@@ -314,17 +316,17 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
     case kKeyControl:
         if (doc.SelectArea.Visible) {
             doc.SelectionLifted = true; // the pointer tool now moves the float
-            ctx.host.SelectTool(0);
-            ctx.host.Cmd_Click(0);
+            ctx.host.SelectTool(kToolPointer);
+            ctx.host.Cmd_Click(kToolPointer);
         } else {
-            ctx.host.SelectTool(0);
+            ctx.host.SelectTool(kToolPointer);
         }
         return;
     case kKeySpace:
         doc.SnapByKey = ctx.host.ToggleSnapGrid();
         return;
     case 'H':
-        if (tool == 1 && !doc.SelectArea.Visible && doc.ZoomFactor == 100.0) {
+        if (tool == kToolPencil && !doc.SelectArea.Visible && doc.ZoomFactor == 100.0) {
             const float px = float(doc.Buffer.CurrentX), py = float(doc.Buffer.CurrentY);
             PaintArea_MouseDown(ctx, doc, kLeftButton, 0, px, py);
             PaintArea_MouseUp(ctx, doc, kLeftButton, 0, px, py);
@@ -336,9 +338,12 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
     static constexpr struct {
         int key;
         int tool;
-    } kToolKeys[] = {{'M', 5}, {'O', 7},  {'Z', 2},  {'A', 6},  {'P', 1},  {'G', 4},
-                     {'F', 3}, {'E', 10}, {'B', 9},  {'S', 13}, {'T', 12}, {'+', 11},
-                     {'Y', 8}, {'D', 18}, {'-', 15}, {'3', 16}, {'L', 14}};
+    } kToolKeys[] = {{'M', kToolSelectArea},  {'O', kToolCrop},     {'Z', kToolZoom},
+                     {'A', kToolAirbrush},    {'P', kToolPencil},   {'G', kToolGradient},
+                     {'F', kToolFill},        {'E', kToolCircle},   {'B', kToolRectangle},
+                     {'S', kToolBlur},        {'T', kToolText},     {'+', kToolBrighten},
+                     {'Y', kToolColorPicker}, {'D', kToolDissolve}, {'-', kToolDarken},
+                     {'3', kToolRectangle3D}, {'L', kToolLine}};
     for (const auto& k : kToolKeys) {
         if (k.key == keyCode) {
             ctx.host.SelectTool(k.tool);

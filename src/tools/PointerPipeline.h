@@ -3,24 +3,12 @@
 // drawing action enters here: view coordinates become image coordinates, the
 // stroke's state and undo step are kept, and ToolDispatch runs the tool.
 
+#include "core/InputCodes.h"
+
 namespace velunta {
 
 class Document;
 struct ToolContext;
-
-// Buttons as the events carry them.
-enum PointerButton { kNoButton = 0, kLeftButton = 1, kRightButton = 2, kMiddleButton = 4 };
-// Key codes the keyboard handler compares with.
-enum KeyCode {
-    kKeyShift = 16,
-    kKeyControl = 17,
-    kKeyEscape = 27,
-    kKeySpace = 32,
-    kKeyLeft = 37,
-    kKeyUp = 38,
-    kKeyRight = 39,
-    kKeyDown = 40,
-};
 
 // image = (view - zoom / 200) / zoom * 100: half a percent of the zoom comes off first,
 // so at 100 view pixel 10 reads 9.5 and view pixel 11 reads 10.5, and both round to 10.

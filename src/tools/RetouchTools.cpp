@@ -2,7 +2,7 @@
 
 #include "core/Numbers.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/Retouch.h"
 #include "tools/SimplePaints.h"
 
@@ -41,7 +41,7 @@ void RetouchDab(ToolContext& ctx, Document& doc, Surface& surface, int x, int y,
     const double cx = selection ? x - doc.BufferSelected.Left : x;
     const double cy = selection ? y - doc.BufferSelected.Top : y;
     switch (st.CurrentTool) {
-    case 6: {
+    case kToolAirbrush: {
         const DabSize d = dabSize(st, 2);
         const double pressure = st.SelectorValues[0].Value;
         if (st.HardSpray)
@@ -50,28 +50,28 @@ void RetouchDab(ToolContext& ctx, Document& doc, Surface& surface, int x, int y,
             SoftSpray(target, cx, cy, d.size, d.rings, pressure, st.ForeColor);
         break;
     }
-    case 11: {
+    case kToolBrighten: {
         const DabSize d = dabSize(st, 3);
         BrightDarkBrush(target, cx, cy, d.size, d.rings, st.SelectorValues[1].Value, false);
         break;
     }
-    case 15: {
+    case kToolDarken: {
         const DabSize d = dabSize(st, 10);
         BrightDarkBrush(target, cx, cy, d.size, d.rings, st.SelectorValues[11].Value, true);
         break;
     }
-    case 13: {
+    case kToolBlur: {
         const DabSize d = dabSize(st, 8);
         BlurBrush(target, cx, cy, d.size, d.rings, &st.LastBlurX, &st.LastBlurY);
         break;
     }
-    case 18: {
+    case kToolDissolve: {
         const DabSize d = dabSize(st, 12);
         DissolveBrush(target, cx, cy, d.size, d.rings, st.DissolveMode, captionIntensity(st, 13), st.AddNoise,
                       st.random);
         break;
     }
-    case 19: {
+    case kToolEnhance: {
         const DabSize d = dabSize(st, 15);
         EnhanceBrush(target, cx, cy, d.size, d.rings, st.EnhanceMode, captionIntensity(st, 14), st.DoubleStep,
                      st.FilterBaseColor);

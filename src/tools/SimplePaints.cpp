@@ -3,9 +3,10 @@
 #include "core/Gdi.h"
 #include "core/Numbers.h"
 #include "document/Document.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/ColorPicker.h"
 #include "tools/Crop.h"
-#include "tools/DrawState.h"
 #include "tools/Fill.h"
 #include "tools/Gradient.h"
 #include "tools/Pencil.h"
@@ -13,7 +14,6 @@
 #include "tools/Selection.h"
 #include "tools/Shapes.h"
 #include "tools/Text.h"
-#include "tools/ToolHost.h"
 
 namespace velunta {
 
@@ -23,81 +23,70 @@ void ToolDispatch(ToolContext& ctx, Document& doc, Surface& surface, int x, int 
     DrawState& st = ctx.state;
     surface.ForeColor = st.ForeColor;
     doc.BufferSelected.ForeColor = st.ForeColor;
-    if (st.CurrentTool > 19 || st.CurrentTool < 0)
+    if (st.CurrentTool >= kToolCount || st.CurrentTool < 0)
         return;
     switch (st.CurrentTool) {
-    case 0:
+    case kToolPointer:
         MoveSelection(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 1:
+    case kToolPencil:
         PencilStroke(ctx, doc, surface, x, y, zoom, drawing, button);
         break;
-    case 3:
+    case kToolFill:
         FillTool(ctx, doc, surface, x, y, zoom);
         break;
-    case 4:
+    case kToolGradient:
         GradientTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 5:
+    case kToolSelectArea:
         SelectAreaStroke(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 7:
+    case kToolCrop:
         CropStroke(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 8:
+    case kToolColorPicker:
         ColorPickerTool(ctx, doc, surface, x, y, button);
         break;
-    case 9:
+    case kToolRectangle:
         RectangleTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 10:
+    case kToolCircle:
         CircleTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 12:
+    case kToolText:
         TextTool(ctx, doc, surface, x, y, zoom);
         break;
-    case 14:
+    case kToolLine:
         LineTool(ctx, doc, surface, x, y, zoom, drawing, shift);
         break;
-    case 16:
+    case kToolRectangle3D:
         Rectangle3DTool(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 6:
-    case 11:
-    case 13:
-    case 15:
-    case 18:
-    case 19:
+    case kToolAirbrush:
+    case kToolBrighten:
+    case kToolBlur:
+    case kToolDarken:
+    case kToolDissolve:
+    case kToolEnhance:
         RetouchDab(ctx, doc, surface, x, y, zoom, drawing);
         break;
-    case 2:  // the zoom tool acts in the release pipeline
-    case 17: // the colour replacer acts through its panel buttons
+    case kToolZoom:          // the zoom tool acts in the release pipeline
+    case kToolColorReplacer: // the colour replacer acts through its panel buttons
     default:
         break;
     }
 }
 
-void UpdateView(Document& doc, Surface& surface, double /*x*/, double /*y*/, double /*zoom*/)
-{
-    if (doc.SelectArea.Visible) {
-        const Surface& sel = doc.BufferSelected;
-        BitBlt(surface, I4(sel.Left), I4(sel.Top), sel.Width(), sel.Height(), sel, 0, 0, SRCCOPY);
-    }
-    const QRect touched = surface.takeTouched();
-    if (!touched.isEmpty())
-        doc.invalidateImageRect(touched);
-}
-
 bool ToolChangesPicture(int tool, bool selectionVisible)
 {
     switch (tool) {
-    case 0:
+    case kToolPointer:
         return selectionVisible;
-    case 2:
-    case 5:
-    case 8:
-    case 12:
-    case 17:
+    case kToolZoom:
+    case kToolSelectArea:
+    case kToolColorPicker:
+    case kToolText:
+    case kToolColorReplacer:
         return false;
     default:
         return true;

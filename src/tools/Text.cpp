@@ -4,9 +4,9 @@
 #include "core/Numbers.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <QFontMetrics>
 #include <QStringList>

@@ -3,7 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Prompt.h"
 #include "document/Document.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmFontStyle.h"
 #include "tools/frmFonts.h"
@@ -18,7 +18,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRadioButton>
 #include <QScrollBar>
 #include <QStackedWidget>
 
@@ -30,13 +29,6 @@ namespace {
 constexpr int kStripHeight = 2 * kStyleButtonSize + 8;
 
 const char* const kStripStyle =
-    "QToolButton[styleButton=\"true\"] { border: 1px solid transparent; border-radius: 3px; "
-    "background: transparent; }"
-    "QToolButton[styleButton=\"true\"]:hover { border-color: rgb(116,156,218); background: rgb(220,245,255); "
-    "}"
-    "QToolButton[styleButton=\"true\"]:checked { background: rgb(255,232,166); border-radius: 0px; "
-    "border-top: 1px solid rgb(110,110,110); border-left: 1px solid rgb(110,110,110); "
-    "border-right: 1px solid white; border-bottom: 1px solid white; }"
     "QLabel[readout=\"true\"] { background: white; border: 1px solid rgb(116,156,218); padding: 0px 4px; }"
     "QLabel[readout=\"true\"]:disabled { background: rgb(235,240,248); color: rgb(130,130,130); }"
     "QLabel[caption=\"true\"] { font-weight: bold; color: rgb(20,50,110); }"
@@ -56,7 +48,7 @@ QString PanelCaption(int tool)
                                               "Lines",         "Darken Brush",
                                               "3D Rectangles", "Color replacer",
                                               "Dissolve",      "Enhance"};
-    return tool >= 0 && tool < 20 ? QString::fromLatin1(kCaptions[tool]) : QString();
+    return tool >= 0 && tool < kToolCount ? QString::fromLatin1(kCaptions[tool]) : QString();
 }
 
 frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m_state(state)
@@ -123,7 +115,7 @@ frmControls::~frmControls()
 
 void frmControls::ShowPanel(int tool)
 {
-    if (tool < 0 || tool >= 20)
+    if (tool < 0 || tool >= kToolCount)
         return;
     closePopups();
     m_stack->setCurrentIndex(tool);

@@ -9,6 +9,7 @@
 // window says, through setOperationAvailable(), that the operation exists.
 
 #include "core/Color.h"
+#include "document/Tool.h"
 
 #include <QHash>
 #include <QPointer>
@@ -25,7 +26,6 @@ class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QComboBox;
-class QRadioButton;
 class QScrollBar;
 class QStackedWidget;
 
@@ -40,6 +40,7 @@ class ReadoutLabel;
 class frmFontStyle;
 class frmFonts;
 class frmSelector;
+class zolButton;
 struct DrawState;
 
 // Names of the operations the panels ask for.
@@ -200,7 +201,7 @@ private:
     // Two option buttons name(0) and name(1); the second one sets the flag.
     void optionPair(int tool, const QString& name, const std::array<QString, 2>& captions,
                     const std::array<QString, 2>& tips, bool DrawState::*field,
-                    std::array<QRadioButton*, 2>& options);
+                    std::array<zolButton*, 2>& options);
     QLineEdit* textBox(int tool, const QString& name, const QString& tip, QString DrawState::*field);
     QAbstractButton* operationButton(int tool, const QString& name, const QString& caption,
                                      const QString& tip, const QString& operation,
@@ -222,15 +223,15 @@ private:
     std::function<Document*()> m_documentSource;
     QPointer<QWidget> m_popupHost;
     QStackedWidget* m_stack = nullptr;
-    std::array<QWidget*, 20> m_panels{};
-    std::array<QHBoxLayout*, 20> m_options{};
+    std::array<QWidget*, kToolCount> m_panels{};
+    std::array<QHBoxLayout*, kToolCount> m_options{};
     std::array<StyleGroup, GroupCount> m_groups;
     std::array<QLabel*, 16> m_lblSelector{};
     std::array<QAbstractButton*, 16> m_dropDown{};
     std::array<FillPatternButton*, 8> m_fillStyles{};
-    std::array<QRadioButton*, 6> m_zoomOptions{};
-    std::array<QRadioButton*, 2> m_noise{};
-    std::array<QRadioButton*, 2> m_step{};
+    std::array<zolButton*, 6> m_zoomOptions{};
+    std::array<zolButton*, 2> m_noise{};
+    std::array<zolButton*, 2> m_step{};
     std::array<QLabel*, 3> m_rgb{};
     std::array<ColorSwatch*, 2> m_replaceCol{};
     QWidget* m_cursorPanel = nullptr;

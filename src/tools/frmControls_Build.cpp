@@ -2,22 +2,19 @@
 // most two rows each, a caption right-aligned before its control, so the rows line
 // up from panel to panel; a column of one row stands in the middle of the strip.
 
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmControls.h"
+#include "widgets/ButtonLooks.h"
 #include "widgets/Icons.h"
 
-#include <QButtonGroup>
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QToolButton>
 
 namespace velunta {
 
@@ -178,9 +175,8 @@ QWidget* frmControls::selectorBox(int tool, int index)
     auto* label = new ReadoutLabel(QStringLiteral("lblSelector(%1)").arg(index), tip, width, box);
     label->setCursor(Qt::PointingHandCursor);
     auto* drop = new StyleButton(QStringLiteral("CmdDropDown(%1)").arg(index),
-                                 NamedIcon(QStringLiteral("dropdown")), tip, box);
-    drop->setIconSize(QSize(12, 12));
-    drop->setFixedSize(18, kPanelRowHeight);
+                                 NamedIcon(QStringLiteral("dropdown")), tip, box, 1);
+    drop->setFixedSize(20, kPanelRowHeight);
     row->addWidget(label);
     row->addWidget(drop);
     connect(drop, &QAbstractButton::clicked, this, [this, index] { ClickDropDown(index); });
@@ -224,16 +220,18 @@ QCheckBox* frmControls::checkBox(int tool, const QString& name, const QString& c
 
 void frmControls::optionPair(int tool, const QString& name, const std::array<QString, 2>& captions,
                              const std::array<QString, 2>& tips, bool DrawState::*field,
-                             std::array<QRadioButton*, 2>& options)
+                             std::array<zolButton*, 2>& options)
 {
-    auto* group = new QButtonGroup(this);
+    // The two are the only option buttons of their panel, so they make one group.
     for (int k = 0; k < 2; ++k) {
-        options[k] = new QRadioButton(captions[k], m_panels[tool]);
+        options[k] = new zolButton(captions[k], m_panels[tool]);
         options[k]->setObjectName(QStringLiteral("%1(%2)").arg(name).arg(k));
         options[k]->setToolTip(tips[k]);
-        group->addButton(options[k], k);
+        OptionLook(options[k]);
+        options[k]->setFixedHeight(kPanelRowHeight);
+        options[k]->setMode(2);
     }
-    connect(options[1], &QRadioButton::toggled, this, [this, field](bool on) { m_state.*field = on; });
+    connect(options[1], &zolButton::toggled, this, [this, field](bool on) { m_state.*field = on; });
     m_loaders.push_back([this, field, &options] { options[m_state.*field ? 1 : 0]->setChecked(true); });
 }
 
@@ -256,20 +254,16 @@ QAbstractButton* frmControls::operationButton(int tool, const QString& name, con
                                               const QString& tip, const QString& operation,
                                               const QString& icon)
 {
-    QAbstractButton* button = nullptr;
+    auto* button = new zolButton(caption, m_panels[tool]);
     if (icon.isEmpty()) {
-        auto* push = new QPushButton(caption, m_panels[tool]);
-        push->setFixedHeight(kPanelRowHeight);
-        button = push;
+        DialogLook(button);
     } else {
-        auto* tb = new QToolButton(m_panels[tool]);
-        tb->setIcon(NamedIcon(icon));
-        tb->setIconSize(QSize(22, 22));
-        tb->setText(caption);
-        tb->setToolButtonStyle(caption.isEmpty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
-        tb->setAutoRaise(true);
-        button = tb;
+        // A picture and its caption, plain on the strip until the pointer comes.
+        PanelBarLook(button);
+        button->setPicture(NamedIcon(icon));
+        button->setCaptionAlign(0);
     }
+    button->setFixedHeight(kPanelRowHeight);
     button->setObjectName(name);
     button->setToolTip(tip);
     connect(button, &QAbstractButton::clicked, this,

@@ -1,8 +1,9 @@
 // The option panels of the twenty tools, column by column.
 
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmControls.h"
+#include "widgets/ButtonLooks.h"
 #include "widgets/Icons.h"
 
 #include <QCheckBox>
@@ -11,8 +12,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QScrollBar>
 
@@ -102,11 +101,12 @@ void frmControls::buildCursorPanel()
     QAbstractButton* fromFile =
         operationButton(0, QStringLiteral("imgBlendfile"), tr("From file"), tr("Blend Image From..."),
                         op::PasteBlend, QStringLiteral("cmd-19"));
-    auto* remove = new QPushButton(tr("remove selection"), m_cursorPanel);
+    auto* remove = new zolButton(tr("remove selection"), m_cursorPanel);
     remove->setObjectName(QStringLiteral("cmdRemoveArea"));
     remove->setToolTip(tr("Drop the selection; the picture keeps what it shows now"));
+    DialogLook(remove);
     remove->setFixedHeight(kPanelRowHeight);
-    connect(remove, &QPushButton::clicked, this, [this] { Q_EMIT removeAreaRequested(); });
+    connect(remove, &zolButton::Click, this, [this] { Q_EMIT removeAreaRequested(); });
     addColumn(0, {{QString(), fromFile}, {QString(), remove}});
     addColumn(0,
               {{QString(), operationButton(0, QStringLiteral("CmdButton(2)"), tr("Apply to Selection"),
@@ -220,16 +220,18 @@ void frmControls::buildViewPanels()
     auto* zooms = new QWidget(m_panels[2]);
     auto* zoomGrid = new QGridLayout(zooms);
     zoomGrid->setContentsMargins(0, 0, 0, 0);
-    zoomGrid->setHorizontalSpacing(10);
+    zoomGrid->setHorizontalSpacing(3);
     zoomGrid->setVerticalSpacing(2);
     for (int i = 0; i < 6; ++i) {
-        auto* option = new QRadioButton(QStringLiteral("%1%").arg(kZooms[i]), zooms);
+        auto* option = new zolButton(QStringLiteral("%1%").arg(kZooms[i]), zooms);
         option->setObjectName(QStringLiteral("optZoomss(%1)").arg(i));
         option->setToolTip(tr("Show the picture at %1%").arg(kZooms[i]));
+        OptionLook(option);
+        option->setFixedSize(46, kPanelRowHeight);
         // Marked only by the zoom in force, and all clear at any other zoom.
-        option->setAutoExclusive(false);
+        option->setMode(2);
         zoomGrid->addWidget(option, i / 3, i % 3);
-        connect(option, &QRadioButton::clicked, this, [this, i] {
+        connect(option, &zolButton::Click, this, [this, i] {
             SetZoomOption(kZooms[i]);
             Q_EMIT zoomRequested(kZooms[i]);
         });
@@ -238,11 +240,12 @@ void frmControls::buildViewPanels()
     m_lblZoom = new ReadoutLabel(QStringLiteral("lblZoom"), tr("Zoom of the picture"), 56, m_panels[2]);
     m_lblZoom->setAlignment(Qt::AlignCenter);
     m_lblZoom->setText(QStringLiteral("100%"));
-    auto* fit = new QPushButton(tr("Fit to Window"), m_panels[2]);
+    auto* fit = new zolButton(tr("Fit to Window"), m_panels[2]);
     fit->setObjectName(QStringLiteral("cmdFitWindow"));
     fit->setToolTip(tr("Zoom the picture to the width of its window"));
+    DialogLook(fit);
     fit->setFixedHeight(kPanelRowHeight);
-    connect(fit, &QPushButton::clicked, this, [this] { Q_EMIT fitWindowRequested(); });
+    connect(fit, &zolButton::Click, this, [this] { Q_EMIT fitWindowRequested(); });
     addColumn(2, {{tr("Zoom:"), zooms}});
     addColumn(2, {{QString(), m_lblZoom}});
     addColumn(2, {{QString(), fit},
@@ -274,7 +277,7 @@ void frmControls::buildTextPanel()
                          const QString& tip, QAbstractButton*& button, QLabel*& label) {
         auto* box = new QWidget(m_panels[12]);
         auto* row = RowLayout(box, 3);
-        button = new StyleButton(buttonName, NamedIcon(icon), tip, box);
+        button = new StyleButton(buttonName, NamedIcon(icon), tip, box, 1);
         auto* readout = new ReadoutLabel(labelName, tip, 150, box);
         readout->setFixedWidth(150);
         readout->setCursor(Qt::PointingHandCursor);

@@ -2,7 +2,7 @@
 // two font lists under the text panel's buttons. They float in the main window as
 // its children; a press anywhere else or Esc closes them.
 
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/frmControls.h"
 #include "tools/frmFontStyle.h"
 #include "tools/frmFonts.h"

@@ -1,7 +1,7 @@
 #include "tools/frmSelector.h"
 
 #include "core/Numbers.h"
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 #include "tools/PanelWidgets.h"
 #include "tools/frmControls.h"
 

@@ -1,6 +1,6 @@
 #include "widgets/StripParts.h"
 
-#include "document/PaintArea.h"
+#include "core/InputCodes.h"
 
 #include <QApplication>
 #include <QCursor>

@@ -1,9 +1,11 @@
 #include "widgets/frmColor.h"
 
+#include "widgets/ButtonLooks.h"
 #include "widgets/ColorFields.h"
 #include "widgets/ColorMath.h"
 #include "widgets/Icons.h"
 #include "widgets/StripParts.h"
+#include "widgets/zolButton.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
@@ -13,9 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QSpinBox>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <cmath>
@@ -121,12 +121,11 @@ frmColor::frmColor(QWidget* parent) : QDialog(parent)
     numbers->addWidget(m_html, 3, 1, 1, 3);
     side->addLayout(numbers);
 
-    m_dropper = new QToolButton(this);
-    m_dropper->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
-    m_dropper->setText(tr("Pick from a window"));
+    m_dropper = new zolButton(tr("Pick from a window"), this);
+    m_dropper->setPicture(NamedIcon(QStringLiteral("eyedropper-small")));
     m_dropper->setToolTip(tr("Then click anywhere in Velunta to take the colour there (Esc to stop)"));
-    m_dropper->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    connect(m_dropper, &QToolButton::clicked, this, &frmColor::startPicking);
+    DialogLook(m_dropper);
+    connect(m_dropper, &zolButton::Click, this, &frmColor::startPicking);
     side->addWidget(m_dropper);
     m_message = new QLabel(this);
     m_message->setWordWrap(true);
@@ -153,7 +152,9 @@ frmColor::frmColor(QWidget* parent) : QDialog(parent)
     recentRow->addStretch(1);
     outer->addLayout(recentRow);
 
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    auto* buttons = new QDialogButtonBox(this);
+    AddDialogButton(buttons, tr("OK"), QDialogButtonBox::AcceptRole);
+    AddDialogButton(buttons, tr("Cancel"), QDialogButtonBox::RejectRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     outer->addWidget(buttons);

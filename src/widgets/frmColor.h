@@ -8,6 +8,7 @@
 // modeless and takes the answer from finished().
 
 #include "core/Color.h"
+#include "widgets/zolButton.h"
 
 #include <QDialog>
 #include <QVector>
@@ -17,7 +18,6 @@
 class QLabel;
 class QLineEdit;
 class QSpinBox;
-class QToolButton;
 
 namespace velunta {
 
@@ -50,7 +50,7 @@ public:
     QSpinBox* spin(int index) const { return m_spin[index]; }
     QLineEdit* htmlField() const { return m_html; }
     QLabel* messageLabel() const { return m_message; }
-    QToolButton* eyedropper() const { return m_dropper; }
+    zolButton* eyedropper() const { return m_dropper; }
     ColorSample* recentSample(int index) const { return m_recent[index]; }
     bool picking() const { return m_picking; }
 
@@ -87,7 +87,7 @@ private:
     std::array<QSpinBox*, 6> m_spin{};
     QLineEdit* m_html = nullptr;
     QLabel* m_message = nullptr;
-    QToolButton* m_dropper = nullptr;
+    zolButton* m_dropper = nullptr;
     std::array<ColorSample*, 12> m_recent{};
     QLabel* m_noRecent = nullptr;
 };

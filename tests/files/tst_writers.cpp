@@ -31,16 +31,16 @@ QImage smooth(int w, int h)
         w, h, [=](int x, int y) { return RGB(40 + 150 * x / w, 60 + 120 * y / h, 200 - 100 * x / w); });
 }
 
-bool save(const QString& writer, const QImage& image, const QString& path, QString* reason = nullptr,
+bool save(const QString& writer, const QImage& image, const QString& path, WriteFailure* failure = nullptr,
           int quality = 90)
 {
     if (writer == QLatin1String("bmp"))
-        return SaveBMP(image, path, reason);
+        return SaveBMP(image, path, failure);
     if (writer == QLatin1String("gif"))
-        return GIF().SaveGIF(image, path, false, -1, reason);
+        return GIF().SaveGIF(image, path, false, -1, failure);
     cDIBSection dib;
     dib.CreateFromPicture(image);
-    return SaveJPG(dib, path, quality, reason);
+    return SaveJPG(dib, path, quality, failure);
 }
 
 QImage indexedRow(const QList<int>& pixels)
@@ -118,8 +118,8 @@ private Q_SLOTS:
         QFETCH(QImage, image);
         QFETCH(qint64, fileSize);
         const QString path = m_dir.filePath(QStringLiteral("t.bmp"));
-        QString reason;
-        QVERIFY2(SaveBMP(image, path, &reason), qPrintable(reason));
+        WriteFailure failure;
+        QVERIFY2(SaveBMP(image, path, &failure), qPrintable(failure.reason));
         QCOMPARE(QFileInfo(path).size(), fileSize);
         if (!HaveTool(QStringLiteral("convert")))
             QSKIP("ImageMagick is needed");
@@ -174,8 +174,9 @@ private Q_SLOTS:
         QCOMPARE(jpeg(image, 0), ninety);
         QCOMPARE(jpeg(image, -5), ninety);
         QVERIFY(jpeg(image, 50) != ninety);
-        QString reason; // an empty section is refused
-        QVERIFY(!SaveJPG(cDIBSection(), m_dir.filePath("empty.jpg"), 90, &reason) && !reason.isEmpty());
+        WriteFailure failure; // an empty section is refused
+        QVERIFY(!SaveJPG(cDIBSection(), m_dir.filePath("empty.jpg"), 90, &failure) &&
+                !failure.reason.isEmpty());
         QVERIFY(!QFile::exists(m_dir.filePath("empty.jpg")));
     }
 
@@ -184,13 +185,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("writer");
         QTest::addColumn<QString>("situation");
         QTest::addColumn<QString>("reason");
+        QTest::addColumn<WriteError>("error");
         for (const char* w : {"bmp", "gif", "jpeg"}) {
             QTest::addRow("%s, read-only folder", w) << w << "read-only folder"
-                                                     << "Permission denied";
+                                                     << "Permission denied" << WriteError::PermissionDenied;
             QTest::addRow("%s, disk full", w) << w << "disk full"
-                                              << "File too large";
+                                              << "File too large" << WriteError::DiskFull;
             QTest::addRow("%s, parent is a file", w) << w << "parent is a file"
-                                                     << "Not a directory";
+                                                     << "Not a directory" << WriteError::Refused;
+            QTest::addRow("%s, no such folder", w) << w << "no such folder"
+                                                   << "No such file or directory" << WriteError::PathNotFound;
         }
     }
     void oldFileSurvives()
@@ -198,13 +202,14 @@ private Q_SLOTS:
         QFETCH(QString, writer);
         QFETCH(QString, situation);
         QFETCH(QString, reason);
+        QFETCH(WriteError, error);
         const QString folder = m_dir.filePath(writer + situation);
         QDir().mkpath(folder);
         QString path = folder + QStringLiteral("/picture");
         QVERIFY(WriteFile(path, "old picture"));
         const QFile::Permissions writable = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
         bool saved = false;
-        QString said;
+        WriteFailure said;
         if (situation == QLatin1String("read-only folder")) {
             QFile::setPermissions(folder, writable & ~QFile::WriteOwner);
             QFile probe(folder + QStringLiteral("/probe"));
@@ -217,11 +222,14 @@ private Q_SLOTS:
                 QSKIP("permissions don't stop this user (root)");
         } else if (situation == QLatin1String("disk full")) {
             WithFullDisk(4096, [&] { saved = save(writer, m_noise, path, &said); });
+        } else if (situation == QLatin1String("no such folder")) {
+            saved = save(writer, m_noise, folder + QStringLiteral("/gone/picture"), &said);
         } else {
             saved = save(writer, m_noise, path + QStringLiteral("/picture"), &said);
         }
         QVERIFY(!saved);
-        QCOMPARE(said, reason);
+        QCOMPARE(said.reason, reason);
+        QCOMPARE(said.error, error);
         QCOMPARE(ReadFile(path), QByteArray("old picture"));
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"picture"}); // no temporary file left
     }
@@ -251,13 +259,13 @@ private Q_SLOTS:
         const QString path = m_dir.filePath(QStringLiteral("old.gif"));
         QVERIFY(WriteFile(path, "old picture"));
         QList<double> heard;
-        QString reason;
-        QVERIFY(!GIF().SaveGIF(m_noise, path, false, -1, &reason, [&](double f) {
+        WriteFailure failure;
+        QVERIFY(!GIF().SaveGIF(m_noise, path, false, -1, &failure, [&](double f) {
             heard << f;
             return heard.size() == 3;
         }));
         QCOMPARE(heard, (QList<double>{0.05, 0.1, 0.15})); // every tenth row of 200
-        QCOMPARE(reason, QStringLiteral("Cancelled"));
+        QCOMPARE(failure.error, WriteError::Cancelled);
         QCOMPARE(ReadFile(path), QByteArray("old picture"));
     }
 

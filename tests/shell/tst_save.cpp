@@ -6,6 +6,7 @@
 #include "document/frmPaint.h"
 #include "files/FrmSaveJPGs.h"
 #include "files/read/PictureLoader.h"
+#include "shell/ProgressStrip.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
 
@@ -71,8 +72,25 @@ private Q_SLOTS:
         form->doc.Buffer.Tag = dir.filePath(QStringLiteral("file/inside.bmp")); // its folder is a file
         f.main().Save_Click();
         QCOMPARE(f.prompt.shown.size(), 1);
-        QVERIFY(f.prompt.shown.first().text.startsWith(QStringLiteral("Error saving file: ")));
+        QVERIFY(f.prompt.shown.first().text.startsWith(QStringLiteral("Error saving file: 75 - ")));
         QVERIFY(form->doc.Dirty);
+    }
+
+    void gifStoppedByEscShowsNoErrorAndStaysUnsaved()
+    {
+        QTemporaryDir dir;
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(60, 200);
+        form->doc.Dirty = true;
+        const QString path = dir.filePath(QStringLiteral("stopped.gif"));
+        form->doc.Buffer.Tag = path;
+        // Esc arrives once the progress strip shows.
+        QCoreApplication::postEvent(f.main().progress(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
+        f.main().Save_Click();
+        QVERIFY(f.prompt.shown.isEmpty());
+        QVERIFY(!QFile::exists(path));
+        QVERIFY(form->doc.Dirty);
+        QVERIFY(!QApplication::overrideCursor() && !f.main().progress()->isVisible());
     }
 
     void closeQuestion_data()

@@ -4,11 +4,12 @@
 
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "document/DrawState.h"
+#include "document/ToolHost.h"
 #include "support/TestImages.h"
-#include "tools/DrawState.h"
 #include "tools/PointerPipeline.h"
+#include "tools/Selection.h"
 #include "tools/SimplePaints.h"
-#include "tools/ToolHost.h"
 
 #include <QStringList>
 
@@ -17,13 +18,19 @@ namespace velunta::test {
 class FakeHost : public ToolHost {
 public:
     explicit FakeHost(Document& doc) : doc(doc) {}
+    Document* ActiveDocument() override { return &doc; }
     void PrepUndo() override { ++prepUndoCalls; }
-    void StrokeEnded() override {}
+    void SetSelBak() override { velunta::SetSelBak(doc); }
+    void SaveUndoBitmap() override { ++undoBitmaps; }
     void ValidateMenus() override {}
+    void PictureResized() override { ++resizes; }
+    void BeginBusy(bool progress) override { busy << progress; }
+    bool StepProgress(double) override { return false; }
+    void EndBusy() override { busy.removeLast(); }
+    void StrokeEnded() override {}
     void SetUndoEnabled(bool enabled) override { undoEnabled = enabled; }
     bool UndoEnabled() const override { return undoEnabled; }
     void Undo_Click() override { ++undoCalls; }
-    void SaveUndoBitmapForTool() override { ++undoBitmaps; }
     void SelectTool(int tool) override
     {
         state->LastTool = state->CurrentTool;
@@ -52,7 +59,8 @@ public:
     Document& doc;
     DrawState* state = nullptr;
     int prepUndoCalls = 0, undoBitmaps = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
-        colorChanges = 0;
+        colorChanges = 0, resizes = 0;
+    QList<bool> busy; // the busy states open now, with or without the progress strip
     bool undoEnabled = false;
     QList<int> selected;
     QString coords, area, angle;

@@ -6,6 +6,7 @@
 
 #include "core/Color.h"
 #include "core/Numbers.h"
+#include "document/Tool.h"
 
 #include <QString>
 
@@ -28,8 +29,8 @@ inline constexpr std::array<std::int16_t, 21> kToolOptionDefaults = {50, 75, 6, 
 struct DrawState {
     DrawState();
 
-    int CurrentTool = 1;
-    int LastTool = 1;
+    int CurrentTool = kToolPencil;
+    int LastTool = kToolPencil;
     int ShapeStyle = 0;
     int PencilStyle = 0;
     int BrightStyle = 0;

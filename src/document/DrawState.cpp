@@ -1,4 +1,4 @@
-#include "tools/DrawState.h"
+#include "document/DrawState.h"
 
 #include <algorithm>
 #include <cmath>

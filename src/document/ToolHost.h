@@ -1,8 +1,9 @@
 #pragma once
-// What the tools ask of the main window: undo steps, menu states, tool selection,
-// the status read-outs and the panels that follow a stroke.
+// What the tools ask of the main window besides what every command asks of it: tool
+// selection, the status read-outs and the panels that follow a stroke.
 
 #include "core/Color.h"
+#include "document/CommandHost.h"
 
 #include <QString>
 
@@ -10,20 +11,14 @@ namespace velunta {
 
 class Document;
 
-class ToolHost {
+class ToolHost : public CommandHost {
 public:
-    virtual ~ToolHost() = default;
-
-    virtual void PrepUndo() = 0;
     // The end of a stroke: an undo's suppression of recording is over.
     virtual void StrokeEnded() = 0;
-    virtual void ValidateMenus() = 0;
     // Edit > Undo and the toolbar's undo button.
     virtual void SetUndoEnabled(bool enabled) = 0;
     virtual bool UndoEnabled() const = 0;
     virtual void Undo_Click() = 0;
-    // Writes the picture to temp/undo.bmp before a change of its size (the crop).
-    virtual void SaveUndoBitmapForTool() = 0;
 
     virtual void SelectTool(int tool) = 0;
     virtual void Cmd_Click(int index) = 0;

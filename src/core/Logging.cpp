@@ -1,0 +1,7 @@
+#include "core/Logging.h"
+
+namespace velunta {
+
+Q_LOGGING_CATEGORY(lcCore, "velunta.core")
+
+} // namespace velunta

@@ -1,0 +1,7 @@
+#include "files/Logging.h"
+
+namespace velunta {
+
+Q_LOGGING_CATEGORY(lcFiles, "velunta.files")
+
+} // namespace velunta

@@ -1,0 +1,293 @@
+// The rows of the menu bar and of the command toolbar, in the order they show.
+
+#include "shell/frmMain.h"
+
+namespace velunta {
+
+namespace {
+
+using M = MenuId;
+using R = MenuRule;
+using F = frmMain;
+
+constexpr MenuRow top(M id, const char* name, const char* caption, R rule)
+{
+    return {id, -1, M::None, name, caption, rule, {}, 0, QKeySequence::UnknownKey, MenuKind::Submenu};
+}
+
+constexpr MenuRow sub(M id, M menu, const char* name, const char* caption, std::uint8_t flags = 0)
+{
+    return {id, -1, menu, name, caption, R::Document, {}, flags, QKeySequence::UnknownKey, MenuKind::Submenu};
+}
+
+constexpr MenuRow sep(M id, M menu, const char* name, std::uint8_t flags = 0, int index = -1)
+{
+    return {
+        id, index, menu, name, nullptr, R::Always, {}, flags, QKeySequence::UnknownKey, MenuKind::Separator};
+}
+
+// clang-format off
+constexpr MenuRow kMenuRows[] = {
+    top(M::File, "File", "&File", R::Always),
+    {M::NewImage, -1, M::File, "NewImage", "&New...", R::Always, &F::NewImage_Click, 0, QKeySequence::New},
+    {M::Open, -1, M::File, "Open", "&Open...", R::Always, &F::Open_Click, 0, QKeySequence::Open},
+    {M::OpenThumbnailview, -1, M::File, "OpenThumbnailview", "Open in thumbnail-view...", R::Always},
+    {M::Save, -1, M::File, "Save", "&Save", R::Document, &F::Save_Click, 0, QKeySequence::Save},
+    {M::SaveAs, -1, M::File, "SaveAs", "Save &As...", R::Document, &F::SaveAs_Click},
+    {M::mnuProperties, -1, M::File, "mnuProperties", "Properties", R::Document, &F::mnuProperties_Click},
+    sep(M::split021, M::File, "split021"),
+    sub(M::mnuExport, M::File, "mnuExport", "Export", kEasyHidden),
+    {M::mnuExportJPG, -1, M::mnuExport, "mnuExportJPG", "Export to JPG...", R::Document, &F::mnuExportJPG_Click},
+    {M::mnuExportGif, -1, M::mnuExport, "mnuExportGif", "Export to GIF...", R::Document, &F::mnuExportGif_Click},
+    {M::mnuExportBMP, -1, M::mnuExport, "mnuExportBMP", "Export to BMP...", R::Document, &F::mnuExportBMP_Click},
+    {M::mnuExportBMPOptions, -1, M::mnuExport, "mnuExportBMPOptions", "Export to BMP Color Depth and Dither Options..."},
+    {M::mnuExportPNG, -1, M::mnuExport, "mnuExportPNG", "Export to PNG..."},
+    sub(M::mnuImport, M::File, "mnuImport", "Import", kEasyHidden),
+    {M::Imports, 0, M::mnuImport, "Imports", "WMF"},
+    {M::Imports, 1, M::mnuImport, "Imports", "ICO"},
+    {M::Imports, 2, M::mnuImport, "Imports", "DIB"},
+    {M::Imports, 3, M::mnuImport, "Imports", "EMF"},
+    {M::Imports, 4, M::mnuImport, "Imports", "RLE"},
+    {M::Imports, 5, M::mnuImport, "Imports", "PNG"},
+    sep(M::split022, M::File, "split022", kEasyHidden),
+    {M::mnuPrint, -1, M::File, "mnuPrint", "Print...", R::Document, {}, 0, QKeySequence::Print},
+    sep(M::split033, M::File, "split033", kEasyHidden),
+    {M::mnuSelTwain, -1, M::File, "mnuSelTwain", "Select TWAIN Source...", R::Always, {}, kEasyHidden},
+    {M::mnuAcquire, -1, M::File, "mnuAcquire", "Acquire Image...", R::Always, {}, kEasyHidden},
+    sep(M::split034, M::File, "split034"),
+    {M::Close, -1, M::File, "Close", "&Close Image", R::Document, &F::Close_Click},
+    sep(M::niks025, M::File, "niks025", kHidden),
+    {M::mnuMrud, 0, M::File, "mnuMrud", "", R::RecentFile, &F::mnuMrud_Click, kHidden},
+    {M::mnuMrud, 1, M::File, "mnuMrud", "", R::RecentFile, &F::mnuMrud_Click, kHidden},
+    {M::mnuMrud, 2, M::File, "mnuMrud", "", R::RecentFile, &F::mnuMrud_Click, kHidden},
+    {M::mnuMrud, 3, M::File, "mnuMrud", "", R::RecentFile, &F::mnuMrud_Click, kHidden},
+    sep(M::split035, M::File, "split035"),
+    {M::Exit, -1, M::File, "Exit", "E&xit", R::Always, &F::Exit_Click},
+
+    top(M::Edit, "Edit", "&Edit", R::Always),
+    {M::Undo, -1, M::Edit, "Undo", "&Undo", R::UndoRing, &F::Undo_Click, 0, QKeySequence::Undo},
+    {M::UndoResize, -1, M::Edit, "UndoResize", "Undo &Resize", R::UndoFile, &F::UndoResize_Click},
+    {M::mnuundorevert, -1, M::Edit, "mnuundorevert", "Undo to last saved image", R::OwnCode, &F::mnuundorevert_Click},
+    sep(M::split020, M::Edit, "split020"),
+    {M::Cut, -1, M::Edit, "Cut", "&Cut", R::Selection, &F::Cut_Click, 0, QKeySequence::Cut},
+    {M::Copy, -1, M::Edit, "Copy", "C&opy", R::Selection, &F::Copy_Click, 0, QKeySequence::Copy},
+    {M::Paste, -1, M::Edit, "Paste", "&Paste", R::Clipboard, &F::Paste_Click, 0, QKeySequence::Paste},
+    sep(M::split023, M::Edit, "split023", kEasyHidden),
+    {M::PasteSpecial, -1, M::Edit, "PasteSpecial", "Pa&ste as New Image", R::Clipboard, &F::PasteSpecial_Click, kEasyHidden},
+    sep(M::split024, M::Edit, "split024"),
+    {M::SelectAll, -1, M::Edit, "SelectAll", "Select &All", R::Document, &F::SelectAll_Click, 0, QKeySequence::SelectAll},
+    {M::ClearSelection, -1, M::Edit, "ClearSelection", "C&lear Selection", R::Selection, &F::ClearSelection_Click},
+    sep(M::niks002, M::Edit, "niks002", kEasyHidden),
+    {M::mnuCopyTo, -1, M::Edit, "mnuCopyTo", "Copy To...", R::Selection, {}, kEasyHidden},
+    {M::mnuPasteFrom, -1, M::Edit, "mnuPasteFrom", "Paste From...", R::Document, {}, kEasyHidden},
+    {M::mnucopyIrfanview, -1, M::Edit, "mnucopyIrfanview", "Copy To IrfanView", R::Document, {}, kHidden},
+
+    top(M::Image, "Image", "&Image", R::Document),
+    {M::mnuImgUndo, -1, M::Image, "mnuImgUndo", "Undo", R::UndoRing, &F::Undo_Click, kContextOnly},
+    sep(M::split036, M::Image, "split036", kContextOnly),
+    {M::mnuImgCut, -1, M::Image, "mnuImgCut", "Cut", R::Selection, &F::Cut_Click, kContextOnly},
+    {M::mnuImgCopy, -1, M::Image, "mnuImgCopy", "Copy", R::Selection, &F::Copy_Click, kContextOnly},
+    {M::mnuImgPaste, -1, M::Image, "mnuImgPaste", "Paste", R::Clipboard, &F::Paste_Click, kContextOnly},
+    {M::mnugrabmask, -1, M::Image, "mnugrabmask", "Grab Selection/mask", R::Selection, &F::mnugrabmask_Click, kShowWithRule},
+    sep(M::split038, M::Image, "split038", kContextOnly),
+    {M::FlipHorizontal, -1, M::Image, "FlipHorizontal", "Flip &Horizontal"},
+    {M::FlipVertical, -1, M::Image, "FlipVertical", "Flip &Vertical"},
+    sub(M::mnurotate, M::Image, "mnurotate", "Rotate"),
+    {M::mnurotates, 0, M::mnurotate, "mnurotates", "45 degrees"},
+    {M::mnurotates, 1, M::mnurotate, "mnurotates", "90 degrees"},
+    {M::mnurotates, 2, M::mnurotate, "mnurotates", "180 degrees"},
+    sep(M::mnurotates, M::mnurotate, "mnurotates", 0, 3),
+    {M::mnurotates, 4, M::mnurotate, "mnurotates", "Define angle..."},
+    sep(M::split050, M::Image, "split050"),
+    {M::mnuDoBright, -1, M::Image, "mnuDoBright", "Brighten by 10%"},
+    {M::mnuDoDark, -1, M::Image, "mnuDoDark", "Darken by 10%"},
+    {M::InvertImage, -1, M::Image, "InvertImage", "&Invert Image"},
+    {M::mnugrayscale, -1, M::Image, "mnugrayscale", "Convert to Grayscale"},
+    sep(M::split052, M::Image, "split052", kEasyHidden),
+    {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, {}, kEasyHidden},
+    {M::mnuPasteBlend, -1, M::Image, "mnuPasteBlend", "Blend Image From...", R::Document, {}, kEasyHidden},
+    sep(M::split003, M::Image, "split003", kEasyHidden),
+    {M::mnuTexturefill, -1, M::Image, "mnuTexturefill", "Texture..."},
+    {M::mnuPicFrames, -1, M::Image, "mnuPicFrames", "Picture Frames...", R::Document, {}, kContextOnly},
+    {M::mnuBorders, -1, M::Image, "mnuBorders", "Borders...", R::Document, {}, kContextOnly},
+    sep(M::split039, M::Image, "split039", kContextOnly),
+    sub(M::mnuimageeffect, M::Image, "mnuimageeffect", "Brightness and Contrast", kContextOnly),
+    {M::mnuImgeffects, 0, M::mnuimageeffect, "mnuImgeffects", "Brightness"},
+    {M::mnuImgeffects, 1, M::mnuimageeffect, "mnuImgeffects", "Contrast"},
+    sep(M::split051, M::Image, "split051"),
+    {M::ImageSize, -1, M::Image, "ImageSize", "&Resize..."},
+    sub(M::mnuEraseImage, M::Image, "mnuEraseImage", "Erase Image"),
+    {M::EraseImage, 0, M::mnuEraseImage, "EraseImage", "White"},
+    {M::EraseImage, 1, M::mnuEraseImage, "EraseImage", "Black"},
+    {M::EraseImage, 2, M::mnuEraseImage, "EraseImage", "Current background color"},
+
+    top(M::mnuTools, "mnuTools", "&Tools", R::Document),
+    {M::mnuBezier, -1, M::mnuTools, "mnuBezier", "Advanced &Bezier Curves...", R::Document, {}, kEasyHidden},
+    {M::mnuPolygons, -1, M::mnuTools, "mnuPolygons", "Advanced &Polygons...", R::Document, {}, kEasyHidden},
+    sep(M::niks052, M::mnuTools, "niks052", kEasyHidden),
+    {M::mnudetailedit, -1, M::mnuTools, "mnudetailedit", "Detailed Editing"},
+    {M::mnucolordepth, -1, M::mnuTools, "mnucolordepth", "Color Depth and Dither Control...", R::Document, {}, kEasyHidden},
+    {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness..."},
+    {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast..."},
+    sep(M::niks036, M::mnuTools, "niks036", kEasyHidden),
+    {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps..."},
+    sep(M::mnusymbols, M::mnuTools, "mnusymbols", 0, 1),
+    {M::mnusymbols, 2, M::mnuTools, "mnusymbols", "Picture Frames..."},
+    {M::mnusymbols, 3, M::mnuTools, "mnusymbols", "Borders..."},
+    {M::mnusymbols, 4, M::mnuTools, "mnusymbols", "reserved", R::Document, {}, kHidden},
+    sep(M::niks037, M::mnuTools, "niks037"),
+    {M::mnuwallpaper, -1, M::mnuTools, "mnuwallpaper", "Set as Wallpaper"},
+
+    top(M::Filters, "Filters", "&Effects", R::Document),
+    {M::mnuEffectBrowser, -1, M::Filters, "mnuEffectBrowser", "Effects Browser..."},
+    sub(M::GreyScalemenu, M::Filters, "GreyScalemenu", "&Ambient Light"),
+    {M::Greyscale, 0, M::GreyScalemenu, "Greyscale", "&Black && White"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 1),
+    {M::Greyscale, 2, M::GreyScalemenu, "Greyscale", "&Red Light"},
+    {M::Greyscale, 3, M::GreyScalemenu, "Greyscale", "R&ed Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 4),
+    {M::Greyscale, 5, M::GreyScalemenu, "Greyscale", "&Green Light"},
+    {M::Greyscale, 6, M::GreyScalemenu, "Greyscale", "Gr&een Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 7),
+    {M::Greyscale, 8, M::GreyScalemenu, "Greyscale", "B&lue Light"},
+    {M::Greyscale, 9, M::GreyScalemenu, "Greyscale", "Bl&ue Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 10),
+    {M::Greyscale, 11, M::GreyScalemenu, "Greyscale", "&Yellow Light"},
+    {M::Greyscale, 12, M::GreyScalemenu, "Greyscale", "Y&ellow Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 13),
+    {M::Greyscale, 14, M::GreyScalemenu, "Greyscale", "&Purple Light"},
+    {M::Greyscale, 15, M::GreyScalemenu, "Greyscale", "P&urple Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 16),
+    {M::Greyscale, 17, M::GreyScalemenu, "Greyscale", "&Cyan Light"},
+    {M::Greyscale, 18, M::GreyScalemenu, "Greyscale", "Cya&n Dark"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 19),
+    {M::Greyscale, 20, M::GreyScalemenu, "Greyscale", "Gr&ayscale"},
+    sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 21),
+    {M::Greyscale, 22, M::GreyScalemenu, "Greyscale", "Bronze"},
+    {M::Greyscale, 23, M::GreyScalemenu, "Greyscale", "Dusk Tone"},
+    {M::Greyscale, 24, M::GreyScalemenu, "Greyscale", "City Night"},
+    sub(M::mnuReverseBlendH, M::Filters, "mnuReverseBlendH", "Reverse Horizontal Blend"),
+    {M::mnuReverseBlendH1, 0, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Soft"},
+    {M::mnuReverseBlendH1, 1, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Medium"},
+    {M::mnuReverseBlendH1, 2, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Hard"},
+    {M::mnuReverseBlendH1, 3, M::mnuReverseBlendH, "mnuReverseBlendH1", "Mirror"},
+    {M::mnuReverseBlendH1, 4, M::mnuReverseBlendH, "mnuReverseBlendH1", "Invert"},
+    {M::mnuReverseBlendH1, 5, M::mnuReverseBlendH, "mnuReverseBlendH1", "Red"},
+    {M::mnuReverseBlendH1, 6, M::mnuReverseBlendH, "mnuReverseBlendH1", "Green"},
+    {M::mnuReverseBlendH1, 7, M::mnuReverseBlendH, "mnuReverseBlendH1", "Blue"},
+    sub(M::mnuReverseBlendV, M::Filters, "mnuReverseBlendV", "Reverse Vertical Blend"),
+    {M::mnuReverseBlendV1, 0, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Soft"},
+    {M::mnuReverseBlendV1, 1, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Medium"},
+    {M::mnuReverseBlendV1, 2, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Hard"},
+    {M::mnuReverseBlendV1, 3, M::mnuReverseBlendV, "mnuReverseBlendV1", "Mirror"},
+    {M::mnuReverseBlendV1, 4, M::mnuReverseBlendV, "mnuReverseBlendV1", "Invert"},
+    {M::mnuReverseBlendV1, 5, M::mnuReverseBlendV, "mnuReverseBlendV1", "Red"},
+    {M::mnuReverseBlendV1, 6, M::mnuReverseBlendV, "mnuReverseBlendV1", "Green"},
+    {M::mnuReverseBlendV1, 7, M::mnuReverseBlendV, "mnuReverseBlendV1", "Blue"},
+    sep(M::split060, M::Filters, "split060"),
+
+    top(M::mnuextra, "mnuextra", "E&xtra", R::Always),
+    {M::mnuextra1, -1, M::mnuextra, "mnuextra1", "Save Present Draw-Settings", R::Document, &F::mnuextra1_Click, kEasyHidden},
+    {M::mnuextra2, -1, M::mnuextra, "mnuextra2", "Load Last Draw-Settings now", R::Document, &F::mnuextra2_Click, kEasyHidden},
+    {M::mnuextra3, -1, M::mnuextra, "mnuextra3", "Restore all settings back to default", R::Always, &F::RestoreDefaultSettings, kEasyHidden},
+    sep(M::split070, M::mnuextra, "split070"),
+    {M::mnuWindowAutoSizePosition, -1, M::mnuextra, "mnuWindowAutoSizePosition", "Remember Size && Position", R::Always, &F::mnuWindowAutoSizePosition_Click, kCheckable | kEasyHidden},
+    {M::mnuKidsMode, -1, M::mnuextra, "mnuKidsMode", "Easy Mode (Beginner)", R::Always, &F::KidsMode, kCheckable},
+    sub(M::mnuextraplugin, M::mnuextra, "mnuextraplugin", "Plugin"),
+    {M::mnuextraplugins, 0, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+    {M::mnuextraplugins, 1, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+    {M::mnuextraplugins, 2, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+    {M::mnuextraplugins, 3, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+    {M::mnuextraplugins, 4, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+
+    top(M::mnuView, "mnuView", "&View", R::Document),
+    sub(M::mnuZoom, M::mnuView, "mnuZoom", "Zoom"),
+    {M::mnuZooms, 10, M::mnuZoom, "mnuZooms", "10%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 25, M::mnuZoom, "mnuZooms", "25%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 50, M::mnuZoom, "mnuZooms", "50%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 75, M::mnuZoom, "mnuZooms", "75%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 100, M::mnuZoom, "mnuZooms", "100%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 150, M::mnuZoom, "mnuZooms", "150%", R::Document, &F::mnuZooms_Click, kCheckable},
+    {M::mnuZooms, 200, M::mnuZoom, "mnuZooms", "200%", R::Document, &F::mnuZooms_Click, kCheckable},
+    sep(M::mnuZooms, M::mnuZoom, "mnuZooms", 0, 499),
+    {M::mnuZooms, 500, M::mnuZoom, "mnuZooms", "Fit to Window", R::Document, &F::mnuZooms_Click},
+    sep(M::split080, M::mnuView, "split080"),
+    {M::mnuShowGrid, -1, M::mnuView, "mnuShowGrid", "Show Grid", R::Document, &F::mnuShowGrid_Click},
+    {M::menuExGridSnap, -1, M::mnuView, "menuExGridSnap", "Snap to Grid", R::Document, &F::menuExGridSnap_Click, kCheckable},
+    {M::menuExGridSetup, -1, M::mnuView, "menuExGridSetup", "Grid Setup...", R::Document, &F::menuExGridSetup_Click, kEasyHidden},
+    sep(M::niks12, M::mnuView, "niks12", kEasyHidden),
+    {M::mnuGuideLines, -1, M::mnuView, "mnuGuideLines", "Show Guidelines", R::Document, &F::mnuGuideLines_Click, kCheckable},
+    {M::mnuGuideLinecolor, -1, M::mnuView, "mnuGuideLinecolor", "Guideline Color...", R::Document, &F::mnuGuideLinecolor_Click},
+    sub(M::mnuGuideLineStyle, M::mnuView, "mnuGuideLineStyle", "Guideline Style"),
+    {M::mnuGuideLineStyles, 1, M::mnuGuideLineStyle, "mnuGuideLineStyles", "Solid", R::Document, &F::mnuGuideLineStyles_Click, kCheckable},
+    {M::mnuGuideLineStyles, 2, M::mnuGuideLineStyle, "mnuGuideLineStyles", "Dash", R::Document, &F::mnuGuideLineStyles_Click, kCheckable},
+    {M::mnuGuideLineStyles, 3, M::mnuGuideLineStyle, "mnuGuideLineStyles", "Dot", R::Document, &F::mnuGuideLineStyles_Click, kCheckable},
+    {M::mnuGuideLineStyles, 4, M::mnuGuideLineStyle, "mnuGuideLineStyles", "Dash Dot", R::Document, &F::mnuGuideLineStyles_Click, kCheckable},
+    sep(M::niks7, M::mnuView, "niks7", kEasyHidden),
+    {M::mnufitbigimages, -1, M::mnuView, "mnufitbigimages", "Fit Big Images on Open", R::Document, &F::mnufitbigimages_Click, kCheckable | kEasyHidden},
+    {M::mnumaximizeonopen, -1, M::mnuView, "mnumaximizeonopen", "Maximize window on Open", R::Document, &F::mnumaximizeonopen_Click, kCheckable | kEasyHidden},
+    {M::mnustartblankpage, -1, M::mnuView, "mnustartblankpage", "Start with blank Page", R::Document, &F::mnustartblankpage_Click, kCheckable | kEasyHidden},
+    sep(M::split081, M::mnuView, "split081"),
+    {M::mnuHideToolbar, -1, M::mnuView, "mnuHideToolbar", "Hide Toolbar", R::Always, &F::mnuHideToolbar_Click, kCheckable},
+
+    top(M::Window, "Window", "&Window", R::Always),
+    {M::ArrHorizontal, -1, M::Window, "ArrHorizontal", "Tile &Horizontal", R::AnyDocument, &F::ArrHorizontal_Click, kEasyHidden},
+    {M::ArrVertival, -1, M::Window, "ArrVertival", "Tile &Vertical", R::AnyDocument, &F::ArrVertival_Click, kEasyHidden},
+    {M::Cascade, -1, M::Window, "Cascade", "&Cascade", R::AnyDocument, &F::Cascade_Click, kEasyHidden},
+    sep(M::split045, M::Window, "split045", kEasyHidden),
+    {M::mnuClose, -1, M::Window, "mnuClose", "&Close", R::Document, &F::Close_Click},
+    sep(M::split046, M::Window, "split046"),
+
+    top(M::Help, "Help", "&Help", R::Always),
+    {M::mnuhelp, 0, M::Help, "mnuhelp", "Manual", R::Always},
+    {M::mnuhelp, 1, M::Help, "mnuhelp", "Mail Velunta...", R::Always},
+    sep(M::mnuhelp, M::Help, "mnuhelp", 0, 2),
+    {M::mnuhelp, 3, M::Help, "mnuhelp", "Check for Velunta free updates and effects...", R::Always},
+    {M::mnuhelp, 4, M::Help, "mnuhelp", "Zolvane Discussion and Support group...", R::Always},
+    sep(M::mnuhelp, M::Help, "mnuhelp", 0, 5),
+    {M::mnuhelp, 7, M::Help, "mnuhelp", "Automatically Check for Updates", R::Always, {}, kCheckable},
+    sep(M::mnuhelp, M::Help, "mnuhelp", 0, 8),
+    {M::mnuhelp, 9, M::Help, "mnuhelp", "&About Velunta...", R::Always, &F::mnuhelp_Click},
+};
+
+// CmdCommands(0..22), by index.
+constexpr ToolbarRow kToolbarRows[] = {
+    {R::Always, &F::NewImage_Click},            // 0 "New image"
+    {R::Always, &F::Open_Click},                // 1 "Open"
+    {R::Document, &F::Save_Click},              // 2 "Save"
+    {R::Selection, &F::Copy_Click},             // 3 "copy"
+    {R::Selection, &F::Cut_Click},              // 4 the cut button
+    {R::Document},                              // 5 "Print"
+    {R::Clipboard, &F::Paste_Click},            // 6 "paste"
+    {R::Document, &F::Undo_Click},              // 7 "undo/redo"
+    {R::Document, {}, true},                    // 8 "picture frames"
+    {R::Document, {}, true},                    // 9 "Effects Browser"
+    {R::Document, {}, true},                    // 10 "Gray scale image"
+    {R::Document, {}, true},                    // 11 "Size image"
+    {R::Document, {}, true},                    // 12 "flip horizontal"
+    {R::Document, {}, true},                    // 13 "flip vertical"
+    {R::Document, {}, true},                    // 14 "brighten image 10%"
+    {R::Document, {}, true},                    // 15 "darken image 10%"
+    {R::Document, {}, true},                    // 16 "Invert image"
+    {R::Document, &F::RevertSavedAndRecord},    // 17 "undo to last saved"
+    {R::Document, {}, true},                    // 18 "Fill image or selection with textures"
+    {R::Document, {}, true},                    // 19 "Blend"
+    {R::Document, {}, true},                    // 20 "Borders"
+    {R::Document, {}, true},                    // 21 "Draw Advanced Bezier Curves"
+    {R::Document, {}, true},                    // 22 "Draw Advanced Polygons"
+};
+// clang-format on
+
+} // namespace
+
+std::span<const MenuRow> frmMain::MenuRows()
+{
+    return kMenuRows;
+}
+
+std::span<const ToolbarRow> frmMain::ToolbarRows()
+{
+    return kToolbarRows;
+}
+
+} // namespace velunta
