@@ -33,6 +33,7 @@
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
+#include <QThread>
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
@@ -278,32 +279,32 @@ frmPaint* frmMain::createDocument()
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    if (m_exiting) {
-        // Exit has asked about the changed pictures already.
-        EndRecovery(true);
-        event->accept();
-        return;
+    // Exit has asked about the changed pictures already.
+    if (!m_exiting) {
+        bool cancel = false;
+        // The program's own question comes when the active document has changed.
+        if (frmPaint* doc = activeDocument()) {
+            if (doc->doc.Dirty && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
+                                                           tr("Close Velunta")) == vbNo)
+                cancel = true;
+        }
+        SaveSettings(false);
+        // Then every changed picture, the active one and those behind it, so none is lost
+        // without a word.
+        if (cancel || !AskAboutChangedPictures()) {
+            event->ignore();
+            return;
+        }
+        for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
+            QFile::remove(m_services.AppFolder + QLatin1String(name));
     }
-    bool cancel = false;
-    // The program's own question comes when the active document has changed.
-    if (frmPaint* doc = activeDocument()) {
-        if (doc->doc.Dirty && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
-                                                       tr("Close Velunta")) == vbNo)
-            cancel = true;
-    }
-    SaveSettings(false);
-    // Then every changed picture, the active one and those behind it, so none is lost
-    // without a word.
-    if (cancel || !AskAboutChangedPictures()) {
-        event->ignore();
-        return;
-    }
-    for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
-        QFile::remove(m_services.AppFolder + QLatin1String(name));
     EndRecovery(true);
     m_exiting = true;
     event->accept();
-    QCoreApplication::exit(0);
+    // The event loop ends; before it runs (under a test) there is none, and asking would
+    // make every later dialog return at once.
+    if (QThread::currentThread()->loopLevel() > 0)
+        QCoreApplication::exit(0);
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event)

@@ -186,12 +186,11 @@ void frmMain::buildToolStrip()
         });
         connect(b, &zolButton::MouseDown, this, [this, i](int button) {
             // The right button on the curve and line tools leads to their advanced editors
-            // while the toolbar's undo button is available, that is while a picture is open.
+            // while a picture is open (the editors draw into it).
             const MenuId editor = i == kToolCircle ? MenuId::mnuBezier
                                   : i == kToolLine ? MenuId::mnuPolygons
                                                    : MenuId::None;
-            if (button == kRightButton && editor != MenuId::None && m_commands[7]->isEnabled() &&
-                isBuilt(editor))
+            if (button == kRightButton && editor != MenuId::None && activeDocument() && isBuilt(editor))
                 action(editor)->trigger();
         });
         connect(b, &zolButton::DoubleClick, this, [this, i](int button) {

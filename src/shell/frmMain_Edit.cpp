@@ -50,6 +50,7 @@ void frmMain::Undo_Click()
     UndoStep(m_undo, doc, [&] { RevertSaved(doc.Buffer.Tag); });
     UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
     form->invalidateView();
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::UndoResize_Click()
@@ -72,6 +73,7 @@ void frmMain::UndoResize_Click()
         PictureResized();
     }
     enable(MenuId::UndoResize, false);
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::RevertSaved(const QString& path)
@@ -110,7 +112,7 @@ void frmMain::SaveUndoBitmap()
         return;
     if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
         enable(MenuId::UndoResize, true);
-        enableCommand(7, true);
+        SetUndoEnabled(true);
     }
 }
 

@@ -145,8 +145,7 @@ void frmMain::Exit_Click()
     if (!AskAboutChangedPictures())
         return;
     m_exiting = true;
-    close();
-    QCoreApplication::exit(0);
+    close(); // which ends the program
 }
 
 void frmMain::Open_Click()

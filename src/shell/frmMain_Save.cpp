@@ -88,11 +88,11 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
         dib.CreateFromPicture(picture);
         if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &failure)) {
             busy.end();
-            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + failure.reason,
-                                     vbExclamation, QStringLiteral("Velunta"));
-            m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName +
-                                         QStringLiteral("'"),
-                                     vbExclamation, QStringLiteral("Velunta"));
+            // One box: the refusal, and why below it.
+            m_services.prompt.MsgBox(
+                tr("Failed to save the picture to the file: '") + fileName + QStringLiteral("'") +
+                    (failure.reason.isEmpty() ? QString() : QStringLiteral("\n\n") + failure.reason),
+                vbExclamation, QStringLiteral("Velunta"));
             return false;
         }
     } else if (format == SaveFormat::Bmp) {
@@ -103,8 +103,12 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
                                 &failure, busy.progressFn());
     }
     busy.end();
-    // A save the user stopped with Esc is no error: the picture simply stays unsaved.
-    if (!written && failure.error != WriteError::Cancelled)
+    // A save the user stopped with Esc is no error: the old file stays, the picture stays
+    // unsaved, and that is all the box says.
+    if (!written && failure.error == WriteError::Cancelled)
+        m_services.prompt.MsgBox(tr("Saving cancelled. The file was left as it was."), vbOKOnly,
+                                 QStringLiteral("Velunta"));
+    else if (!written)
         m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
                                      QStringLiteral(" - ") + failure.reason,
                                  vbOKOnly, QStringLiteral("Velunta"));

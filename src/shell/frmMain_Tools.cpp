@@ -97,6 +97,8 @@ void frmMain::PrepUndo()
 {
     if (frmPaint* form = activeDocument())
         velunta::PrepUndo(m_undo, form->doc);
+    // The first picture in the ring gives Undo somewhere to go.
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::SetCoordsText(const QString& text)
