@@ -27,8 +27,7 @@ namespace velunta {
 namespace {
 
 // A new document window as large as its picture needs, within the documents' area, and
-// wholly inside it: one step right of and below the window opened before it, or at the
-// area's top left when that step would push it out.
+// wholly inside it: one step right of and below the window opened before it.
 void placeDocumentWindow(QMdiArea* mdi, frmPaint* form)
 {
     QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
@@ -51,10 +50,13 @@ void placeDocumentWindow(QMdiArea* mdi, frmPaint* form)
             break;
         }
     }
-    if (at.x() < 0 || at.y() < 0 || at.x() + size.width() > room.width() ||
-        at.y() + size.height() > room.height())
-        at = QPoint(0, 0);
-    sw->setGeometry(QRect(at, size));
+    // Past the area's edge the window gives up what lies beyond, as long as it keeps two
+    // thirds of the area to work in; a smaller one starts again at the top left.
+    const QSize fit(std::min(size.width(), room.width() - at.x()),
+                    std::min(size.height(), room.height() - at.y()));
+    const bool keepsRoom = fit.width() >= std::min(size.width(), room.width() * 2 / 3) &&
+                           fit.height() >= std::min(size.height(), room.height() * 2 / 3);
+    sw->setGeometry(at.x() >= 0 && at.y() >= 0 && keepsRoom ? QRect(at, fit) : QRect(QPoint(0, 0), size));
 }
 
 } // namespace
