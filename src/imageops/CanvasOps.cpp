@@ -1,0 +1,319 @@
+#include "imageops/CanvasOps.h"
+
+#include "core/Gdi.h"
+#include "core/Surface.h"
+#include "files/BigBuffer.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace velunta {
+
+namespace {
+
+QRgb* rowOf(QImage& image, int y)
+{
+    return reinterpret_cast<QRgb*>(image.scanLine(y));
+}
+const QRgb* rowOf(const QImage& image, int y)
+{
+    return reinterpret_cast<const QRgb*>(image.constScanLine(y));
+}
+
+// The progress is asked about this many times over a whole run: often enough for Esc
+// and a moving bar, rarely enough that the events it lets through cost nothing.
+constexpr int kProgressSteps = 64;
+
+} // namespace
+
+QImage NewPicture(int width, int height)
+{
+    // Whole pictures take huge pages where the system has them: a fresh 48 MB costs
+    // 12,000 page faults in small pages, which take longer than filling it.
+    return AllocateBigImage(width, height, QImage::Format_RGB32);
+}
+
+bool PictureFitsInMemory(qint64 width, qint64 height)
+{
+    // A picture's row must fit the 32-bit byte count of its scan line.
+    constexpr qint64 kLongestSide = qint64(1) << 28;
+    if (width <= 0 || height <= 0 || width > kLongestSide || height > kLongestSide)
+        return false;
+    const qint64 bytes = width * height * 4;
+    QFile meminfo(QStringLiteral("/proc/meminfo"));
+    if (!meminfo.open(QIODevice::ReadOnly))
+        return true; // nothing to go by: the allocation itself decides
+    // The file reports no size, so it is read whole rather than up to its "end".
+    for (const QByteArray& line : meminfo.readAll().split('\n')) {
+        if (line.startsWith("MemAvailable:")) {
+            const qint64 available = line.mid(13).trimmed().split(' ').value(0).toLongLong() * 1024;
+            // The picture, and as much again for its undo copy and the view.
+            return available <= 0 || bytes <= available / 2;
+        }
+    }
+    return true;
+}
+
+QImage FlippedVertically(const QImage& image)
+{
+    QImage out = NewPicture(image.width(), image.height());
+    if (out.isNull())
+        return out;
+    const int h = image.height();
+    const size_t bytes = size_t(image.width()) * 4;
+    for (int y = 0; y < h; ++y)
+        std::memcpy(out.scanLine(h - 1 - y), image.constScanLine(y), bytes);
+    return out;
+}
+
+QImage FlippedHorizontally(const QImage& image)
+{
+    QImage out = NewPicture(image.width(), image.height());
+    if (out.isNull())
+        return out;
+    const int w = image.width();
+    for (int y = 0; y < image.height(); ++y)
+        std::reverse_copy(rowOf(image, y), rowOf(image, y) + w, rowOf(out, y));
+    return out;
+}
+
+QImage Inverted(const QImage& image)
+{
+    QImage out = NewPicture(image.width(), image.height());
+    if (out.isNull())
+        return out;
+    const int w = image.width();
+    for (int y = 0; y < image.height(); ++y) {
+        const QRgb* from = rowOf(image, y);
+        QRgb* to = rowOf(out, y);
+        for (int x = 0; x < w; ++x)
+            to[x] = from[x] ^ 0x00FFFFFFu;
+    }
+    return out;
+}
+
+void StretchPicture(const QImage& source, QImage& target)
+{
+    Surface to;
+    to.setImage(target); // shares the pixels: the stretch lands in `target` itself
+    Surface from;
+    from.setImage(source);
+    target = QImage(); // so that writing to `to` detaches nothing
+    StretchBlt(to, 0, 0, to.ScaleWidth(), to.ScaleHeight(), from, 0, 0, from.ScaleWidth(),
+               from.ScaleHeight());
+    target = to.Image();
+}
+
+float MenuRotationAngle(int index)
+{
+    switch (index) {
+    case 0:
+        return float(3.14 / 4);
+    case 1:
+        return float(3.14 / 2);
+    default:
+        return float(3.14);
+    }
+}
+
+float DivisorAngle(int divisor)
+{
+    return float(3.14 / divisor);
+}
+
+int RotateDivisorOf(double value)
+{
+    if (!(value >= 1 && value <= 360))
+        return -1;
+    return int(std::nearbyint((360 / value) / 2));
+}
+
+namespace {
+
+// The offsets of the source point for x, y, exactly as the mapping defines them: the
+// angle of x, y from the vertical (a right angle, written 3.14159265359 / 2, on the
+// row y = 0), the distance rounded half to even, and the point at that distance and
+// the angle plus the turn, rounded half to even.
+inline void exactOffsets(int x, int y, double angle, int& xs, int& ys)
+{
+    const double a = y == 0 ? 3.14159265359 / 2 : std::atan(double(x) / double(y));
+    const double r = std::nearbyint(std::sqrt(double(x) * x + double(y) * y));
+    xs = int(std::nearbyint(r * std::cos(a + angle)));
+    ys = int(std::nearbyint(r * std::sin(a + angle)));
+}
+
+// Rounding is decided only by where a value falls between two whole numbers; the two
+// ways of computing it below differ by far less than this.
+constexpr double kNearHalf = 1e-6;
+
+inline bool nearHalf(double v)
+{
+    return std::abs(v - std::floor(v) - 0.5) < kNearHalf;
+}
+
+} // namespace
+
+bool RotatePicture(QImage& target, const QImage& picOrig, float angle, const ProgressFn& progress)
+{
+    const int dw = target.width(), dh = target.height();
+    const int sw = picOrig.width(), sh = picOrig.height();
+    const int dcx = dw / 2, dcy = dh / 2;
+    const int ocx = sw / 2, ocy = sh / 2;
+    const int limit = std::max(dcx, dcy) - 1;
+    if (limit < 0 || target.isNull() || picOrig.isNull())
+        return true;
+
+    // Row access once; reads outside the source give nothing, writes outside the
+    // target are dropped, as the pixel services of the platform do.
+    const uchar* src = picOrig.constBits();
+    const qsizetype srcStride = picOrig.bytesPerLine();
+    uchar* dst = target.bits();
+    const qsizetype dstStride = target.bytesPerLine();
+    auto read = [&](int x, int y, QRgb& out) {
+        if (unsigned(x) >= unsigned(sw) || unsigned(y) >= unsigned(sh))
+            return false;
+        out = reinterpret_cast<const QRgb*>(src + y * srcStride)[x];
+        return true;
+    };
+    auto write = [&](int x, int y, QRgb c) {
+        if (unsigned(x) < unsigned(dw) && unsigned(y) < unsigned(dh))
+            reinterpret_cast<QRgb*>(dst + y * dstStride)[x] = c;
+    };
+    auto place = [&](int x, int y, int xs, int ys) {
+        QRgb p;
+        if (read(ocx + xs, ocy + ys, p))
+            write(dcx + x, dcy + y, p);
+        if (read(ocx - xs, ocy - ys, p))
+            write(dcx - x, dcy - y, p);
+        if (read(ocx + ys, ocy - xs, p))
+            write(dcx + y, dcy - x, p);
+        if (read(ocx - ys, ocy + xs, p))
+            write(dcx - y, dcy + x, p);
+    };
+
+    // The exact offsets cost an arc tangent, a sine and a cosine each. By the sum
+    // formula with cos a = y / d and sin a = x / d they come from one square root and
+    // a few products, a value that differs from the exact one in the last bits only;
+    // where that could change the rounding (a value within kNearHalf of a half) the
+    // exact way decides. The pixels come out the same either way.
+    const double turn = angle;
+    const double ct = std::cos(turn), st = std::sin(turn);
+    const int stepRows = std::max(1, (limit + 1) / kProgressSteps);
+    for (int y = 0; y <= limit; ++y) {
+        for (int x = 0; x <= limit; ++x) {
+            int xs, ys;
+            if (y == 0) {
+                exactOffsets(x, y, turn, xs, ys);
+            } else {
+                const double d = std::sqrt(double(x) * x + double(y) * y);
+                const double r = std::nearbyint(d);
+                const double fx = r * ((y * ct - x * st) / d);
+                const double fy = r * ((x * ct + y * st) / d);
+                if (nearHalf(fx) || nearHalf(fy)) {
+                    exactOffsets(x, y, turn, xs, ys);
+                } else {
+                    xs = int(std::floor(fx + 0.5));
+                    ys = int(std::floor(fy + 0.5));
+                }
+            }
+            place(x, y, xs, ys);
+        }
+        if ((y + 1) % stepRows == 0 && y < limit && progress(double(y + 1) / (limit + 1)))
+            return false;
+    }
+    return true;
+}
+
+ColorTriple SplitColor(Color c)
+{
+    // Mod keeps the sign of the colour, as the program's integer arithmetic does.
+    return {std::int16_t(c % 256), std::int16_t((c / 256) % 256), std::int16_t(c / 65536)};
+}
+
+Color JoinColor(const ColorTriple& t)
+{
+    return t.red + 256 * t.green + 65536 * t.blue;
+}
+
+int Clip255(int value)
+{
+    return value >= 256 ? 255 : value;
+}
+
+int Clip0(int value)
+{
+    return value < 0 ? 0 : value;
+}
+
+ColorTriple AdjustContrast(ColorTriple t, int amount)
+{
+    auto channel = [amount](std::int16_t& c) {
+        // 128 itself counts as bright.
+        c = std::int16_t(c >= 128 ? Clip255(c - amount) : Clip0(c + amount));
+    };
+    channel(t.blue);
+    channel(t.red);
+    channel(t.green);
+    return t;
+}
+
+Color BrightenColor(Color c, int level)
+{
+    const double blue = std::floor(c / 65536.0);
+    const double green = std::floor((c - blue * 65536) / 256);
+    const double red = c - blue * 65536 - green * 256;
+    auto step = [level](double v) { return std::clamp(int(v) + level, 0, 255); };
+    return RGB(step(red), step(green), step(blue));
+}
+
+ChannelTable ContrastTable(int value)
+{
+    value = std::clamp(value, kAdjustMinimum, kAdjustMaximum);
+    ChannelTable table{};
+    for (int c = 0; c < 256; ++c)
+        table[c] = std::uint8_t(AdjustContrast({std::int16_t(c), 0, 0}, -value).red);
+    return table;
+}
+
+ChannelTable BrightnessTable(int level)
+{
+    ChannelTable table{};
+    for (int c = 0; c < 256; ++c)
+        table[c] = std::uint8_t(std::clamp(c + level, 0, 255));
+    return table;
+}
+
+bool IsIdentity(const ChannelTable& table)
+{
+    for (int c = 0; c < 256; ++c)
+        if (table[c] != c)
+            return false;
+    return true;
+}
+
+bool MapChannels(const QImage& source, QImage& dest, const QRect& area, const ChannelTable& table,
+                 const ProgressFn& progress)
+{
+    const QRect box = area & source.rect() & dest.rect();
+    if (box.isEmpty())
+        return true;
+    const int band = std::max(1, box.height() / kProgressSteps);
+    for (int y = box.top(); y <= box.bottom(); ++y) {
+        const QRgb* from = rowOf(source, y) + box.left();
+        QRgb* to = rowOf(dest, y) + box.left();
+        for (int x = 0; x < box.width(); ++x) {
+            const QRgb p = from[x];
+            to[x] = 0xFF000000u | (QRgb(table[(p >> 16) & 0xFF]) << 16) |
+                    (QRgb(table[(p >> 8) & 0xFF]) << 8) | table[p & 0xFF];
+        }
+        const int done = y - box.top() + 1;
+        if (done % band == 0 && y < box.bottom() && progress(double(done) / box.height()))
+            return false;
+    }
+    return true;
+}
+
+} // namespace velunta
