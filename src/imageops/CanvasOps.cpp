@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <mutex>
+#include <utility>
 
 namespace velunta {
 
@@ -23,17 +25,110 @@ const QRgb* rowOf(const QImage& image, int y)
     return reinterpret_cast<const QRgb*>(image.constScanLine(y));
 }
 
+// Four pixels at a time where the processor can (the compiler's vector types, plain
+// code elsewhere); the loads and stores need no alignment.
+using Pixels4 = std::uint32_t __attribute__((vector_size(16)));
+inline Pixels4 load(const QRgb* p)
+{
+    Pixels4 v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+inline void store(QRgb* p, Pixels4 v)
+{
+    std::memcpy(p, &v, sizeof v);
+}
+
+constexpr QRgb kColourBits = 0x00FFFFFFu;
+
 // The progress is asked about this many times over a whole run: often enough for Esc
 // and a moving bar, rarely enough that the events it lets through cost nothing.
 constexpr int kProgressSteps = 64;
 
 } // namespace
 
+namespace {
+
+// The memory of the last picture made here that went away, kept for the next one of the
+// same size: a command makes its result while the old picture is still kept for a
+// rollback, and the old one goes right after. Fresh memory has to be cleared by the
+// system first, which costs half a copy of the picture; this way a command on a
+// picture of a size it had before gets it for nothing. One picture's memory at most
+// is kept.
+struct SparePicture {
+    std::mutex lock;
+    uchar* pixels = nullptr;
+    size_t bytes = 0;
+
+    uchar* take(size_t wanted)
+    {
+        const std::lock_guard<std::mutex> hold(lock);
+        uchar* p = nullptr;
+        if (pixels && bytes == wanted)
+            p = std::exchange(pixels, nullptr);
+        return p;
+    }
+    void give(uchar* p, size_t size)
+    {
+        const std::lock_guard<std::mutex> hold(lock);
+        std::swap(p, pixels);
+        bytes = size;
+        std::free(p); // the one kept before, if any
+    }
+};
+
+SparePicture& spare()
+{
+    // Never destroyed: a picture may go after the statics do.
+    static auto* s = new SparePicture;
+    return *s;
+}
+
+struct Pixels {
+    uchar* data;
+    size_t bytes;
+};
+
+} // namespace
+
 QImage NewPicture(int width, int height)
 {
+    if (width <= 0 || height <= 0)
+        return {};
+    const qsizetype bytesPerLine = qsizetype(width) * 4;
+    const size_t bytes = size_t(bytesPerLine) * size_t(height);
+    uchar* data = spare().take(bytes);
     // Whole pictures take huge pages where the system has them: a fresh 48 MB costs
     // 12,000 page faults in small pages, which take longer than filling it.
-    return AllocateBigImage(width, height, QImage::Format_RGB32);
+    if (!data)
+        data = AllocateBig(bytes).release();
+    if (!data)
+        return {};
+    auto* owner = new Pixels{data, bytes};
+    QImage image(
+        data, width, height, bytesPerLine, QImage::Format_RGB32,
+        [](void* info) {
+            auto* pixels = static_cast<Pixels*>(info);
+            spare().give(pixels->data, pixels->bytes);
+            delete pixels;
+        },
+        owner);
+    if (image.isNull()) {
+        std::free(data);
+        delete owner;
+    }
+    return image;
+}
+
+QImage CopyPicture(const QImage& image)
+{
+    QImage out = NewPicture(image.width(), image.height());
+    if (out.isNull())
+        return out;
+    const size_t bytes = size_t(image.width()) * 4;
+    for (int y = 0; y < image.height(); ++y)
+        std::memcpy(out.scanLine(y), image.constScanLine(y), bytes);
+    return out;
 }
 
 bool PictureFitsInMemory(qint64 width, qint64 height)
@@ -75,8 +170,15 @@ QImage FlippedHorizontally(const QImage& image)
     if (out.isNull())
         return out;
     const int w = image.width();
-    for (int y = 0; y < image.height(); ++y)
-        std::reverse_copy(rowOf(image, y), rowOf(image, y) + w, rowOf(out, y));
+    for (int y = 0; y < image.height(); ++y) {
+        const QRgb* from = rowOf(image, y) + w - 1; // read backwards
+        QRgb* to = rowOf(out, y);
+        int x = 0;
+        for (; x + 4 <= w; x += 4)
+            store(to + x, __builtin_shufflevector(load(from - x - 3), load(from - x - 3), 3, 2, 1, 0));
+        for (; x < w; ++x)
+            to[x] = from[-x];
+    }
     return out;
 }
 
@@ -86,11 +188,15 @@ QImage Inverted(const QImage& image)
     if (out.isNull())
         return out;
     const int w = image.width();
+    const Pixels4 colourBits = {kColourBits, kColourBits, kColourBits, kColourBits};
     for (int y = 0; y < image.height(); ++y) {
         const QRgb* from = rowOf(image, y);
         QRgb* to = rowOf(out, y);
-        for (int x = 0; x < w; ++x)
-            to[x] = from[x] ^ 0x00FFFFFFu;
+        int x = 0;
+        for (; x + 4 <= w; x += 4)
+            store(to + x, load(from + x) ^ colourBits);
+        for (; x < w; ++x)
+            to[x] = from[x] ^ kColourBits;
     }
     return out;
 }
@@ -148,10 +254,22 @@ inline void exactOffsets(int x, int y, double angle, int& xs, int& ys)
 // Rounding is decided only by where a value falls between two whole numbers; the two
 // ways of computing it below differ by far less than this.
 constexpr double kNearHalf = 1e-6;
+// Offsets stay far below this; shifted by it a value is positive, so that truncation
+// is its floor, and keeps its fraction to 4e-9.
+constexpr double kShift = 16777216.0;
 
-inline bool nearHalf(double v)
+// v rounded to the nearest whole number, unless it lies within kNearHalf of a half
+// (false then). Without instructions of its own for rounding, a call of the library
+// for each value would cost more than the rest of the loop.
+inline bool roundAwayFromHalf(double v, int& rounded)
 {
-    return std::abs(v - std::floor(v) - 0.5) < kNearHalf;
+    const double t = v + kShift;
+    const auto whole = static_cast<long long>(t);
+    const double fraction = t - double(whole);
+    if (std::abs(fraction - 0.5) < kNearHalf)
+        return false;
+    rounded = int(whole - static_cast<long long>(kShift)) + (fraction > 0.5 ? 1 : 0);
+    return true;
 }
 
 } // namespace
@@ -203,21 +321,18 @@ bool RotatePicture(QImage& target, const QImage& picOrig, float angle, const Pro
     const double ct = std::cos(turn), st = std::sin(turn);
     const int stepRows = std::max(1, (limit + 1) / kProgressSteps);
     for (int y = 0; y <= limit; ++y) {
+        const double yc = y * ct, ys0 = y * st;
         for (int x = 0; x <= limit; ++x) {
             int xs, ys;
             if (y == 0) {
                 exactOffsets(x, y, turn, xs, ys);
             } else {
                 const double d = std::sqrt(double(x) * x + double(y) * y);
-                const double r = std::nearbyint(d);
-                const double fx = r * ((y * ct - x * st) / d);
-                const double fy = r * ((x * ct + y * st) / d);
-                if (nearHalf(fx) || nearHalf(fy)) {
+                // The root of a whole number is never a whole number and a half, so
+                // rounding half up is rounding half to even here.
+                const double k = double(static_cast<long long>(d + 0.5)) / d;
+                if (!roundAwayFromHalf(k * (yc - x * st), xs) || !roundAwayFromHalf(k * (x * ct + ys0), ys))
                     exactOffsets(x, y, turn, xs, ys);
-                } else {
-                    xs = int(std::floor(fx + 0.5));
-                    ys = int(std::floor(fy + 0.5));
-                }
             }
             place(x, y, xs, ys);
         }

@@ -21,6 +21,9 @@ namespace velunta {
 // A new picture of w x h with its pixels undefined, null when the memory can't be had.
 QImage NewPicture(int width, int height);
 
+// A copy of the picture in such memory, null when the memory can't be had.
+QImage CopyPicture(const QImage& image);
+
 // Whether a w x h picture fits in the memory the system has free now, with room to spare
 // for the copy that the undo of a resize keeps. Sizes that would only be refused after
 // the system started to swap, or that the kernel would meet by killing the program, are

@@ -104,10 +104,16 @@ void frmMain::mnurotates_Click(int index)
         angle = DivisorAngle(RotateDivisor);
     }
     RunImageCommand(*this, {.name = "mnurotates", .progress = true}, [&](ImageCommand& c) {
-        QImage& image = c.target().Image();
-        // The source keeps the picture as it was; the first write gives the target its own pixels.
-        const QImage picOrig = image;
-        RotatePicture(image, picOrig, angle, c.progressFn());
+        // The turn reads and writes across the rows; in memory of large pages it doesn't
+        // miss the page table on nearly every pixel. The target is not cleared: it
+        // starts as the picture.
+        const QImage picOrig = CopyPicture(c.target().Image());
+        QImage turned = CopyPicture(picOrig);
+        if (turned.isNull())
+            throw AllocationError("not enough memory to turn the picture");
+        // Stopped by Esc, the rows done so far stay turned.
+        RotatePicture(turned, picOrig, angle, c.progressFn());
+        replaceImage(c.target(), turned);
     });
 }
 
