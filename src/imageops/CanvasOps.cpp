@@ -240,12 +240,14 @@ int RotateDivisorOf(double value)
 namespace {
 
 // The offsets of the source point for x, y, exactly as the mapping defines them: the
-// angle of x, y from the vertical (a right angle, written 3.14159265359 / 2, on the
-// row y = 0), the distance rounded half to even, and the point at that distance and
-// the angle plus the turn, rounded half to even.
+// angle of x, y from the horizontal (a right angle, written 3.14159265359 / 2, on the
+// column x = 0), the distance rounded half to even, and the point at that distance and
+// the angle plus the turn, rounded half to even. The angle is measured from the axis
+// that the cosine gives back: from the other one, each quarter of the picture would
+// come out mirrored in its own way instead of turned.
 inline void exactOffsets(int x, int y, double angle, int& xs, int& ys)
 {
-    const double a = y == 0 ? 3.14159265359 / 2 : std::atan(double(x) / double(y));
+    const double a = x == 0 ? 3.14159265359 / 2 : std::atan(double(y) / double(x));
     const double r = std::nearbyint(std::sqrt(double(x) * x + double(y) * y));
     xs = int(std::nearbyint(r * std::cos(a + angle)));
     ys = int(std::nearbyint(r * std::sin(a + angle)));
@@ -313,7 +315,7 @@ bool RotatePicture(QImage& target, const QImage& picOrig, float angle, const Pro
     };
 
     // The exact offsets cost an arc tangent, a sine and a cosine each. By the sum
-    // formula with cos a = y / d and sin a = x / d they come from one square root and
+    // formula with cos a = x / d and sin a = y / d they come from one square root and
     // a few products, a value that differs from the exact one in the last bits only;
     // where that could change the rounding (a value within kNearHalf of a half) the
     // exact way decides. The pixels come out the same either way.
@@ -321,19 +323,17 @@ bool RotatePicture(QImage& target, const QImage& picOrig, float angle, const Pro
     const double ct = std::cos(turn), st = std::sin(turn);
     const int stepRows = std::max(1, (limit + 1) / kProgressSteps);
     for (int y = 0; y <= limit; ++y) {
-        const double yc = y * ct, ys0 = y * st;
-        for (int x = 0; x <= limit; ++x) {
-            int xs, ys;
-            if (y == 0) {
+        const double yCos = y * ct, ySin = y * st;
+        int xs, ys;
+        exactOffsets(0, y, turn, xs, ys);
+        place(0, y, xs, ys);
+        for (int x = 1; x <= limit; ++x) {
+            const double d = std::sqrt(double(x) * x + double(y) * y);
+            // The root of a whole number is never a whole number and a half, so
+            // rounding half up is rounding half to even here.
+            const double k = double(static_cast<long long>(d + 0.5)) / d;
+            if (!roundAwayFromHalf(k * (x * ct - ySin), xs) || !roundAwayFromHalf(k * (yCos + x * st), ys))
                 exactOffsets(x, y, turn, xs, ys);
-            } else {
-                const double d = std::sqrt(double(x) * x + double(y) * y);
-                // The root of a whole number is never a whole number and a half, so
-                // rounding half up is rounding half to even here.
-                const double k = double(static_cast<long long>(d + 0.5)) / d;
-                if (!roundAwayFromHalf(k * (yc - x * st), xs) || !roundAwayFromHalf(k * (x * ct + ys0), ys))
-                    exactOffsets(x, y, turn, xs, ys);
-            }
             place(x, y, xs, ys);
         }
         if ((y + 1) % stepRows == 0 && y < limit && progress(double(y + 1) / (limit + 1)))

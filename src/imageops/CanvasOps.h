@@ -59,7 +59,8 @@ int RotateDivisorOf(double value);
 // The rotation of `target` about its middle by `angle` radians, reading from
 // `picOrig` (a copy of the target as it was). It walks one square quadrant, x and y
 // from 0 to the larger half-size minus 1, and for each x, y reads four pixels of the
-// source at the point turned back (the four quarter turns of it) and writes the ones
+// source at the point turned by the angle (and the three quarter turns of it: the
+// distance and angle of x, y found once serve all four) and writes the ones
 // that lie inside the source to the four mirrored places of the target, in the order
 // of those four, one y after the other. Pixels whose source lies outside keep what
 // they had, so the corners stay untouched; the target is not cleared first.

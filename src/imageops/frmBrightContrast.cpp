@@ -214,6 +214,7 @@ void frmBrightContrast::cmdOk_Click()
 void frmBrightContrast::preview(bool partial)
 {
     zolButton* button = m_brightness ? m_previewBrightness : m_previewContrast;
+    const bool hadFocus = button->hasFocus();
     button->setCaption(tr("Processing"));
     button->setEnabled(false);
     m_progress->resize(0, m_progress->height());
@@ -242,6 +243,9 @@ void frmBrightContrast::preview(bool partial)
     m_right->update();
     button->setCaption(tr("Preview"));
     button->setEnabled(true);
+    // Disabled while it worked, the button gave the focus to its neighbour; it takes it back.
+    if (hadFocus)
+        button->setFocus();
     m_progressB->hide();
     m_progressTrack->hide();
     m_previewPartial = partial;

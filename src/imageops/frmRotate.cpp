@@ -17,6 +17,7 @@ frmRotate::frmRotate(int lastDivisor, Prompt& prompt, QWidget* parent) : QDialog
 {
     setObjectName(QStringLiteral("frmRotate"));
     setWindowTitle(tr("Rotate"));
+    setMinimumWidth(320);
     auto* layout = new QVBoxLayout(this);
     auto* row = new QHBoxLayout;
     row->addWidget(new QLabel(tr("Angle:"), this));
