@@ -138,7 +138,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("h");
         QTest::addColumn<float>("angle");
         for (const QSize size : {QSize(1, 1), QSize(2, 1), QSize(2, 400), QSize(9, 7), QSize(16, 16),
-                                 QSize(33, 20), QSize(40, 61)}) {
+                                 QSize(33, 20), QSize(40, 61), QSize(701, 650)}) {
             const QByteArray s = QByteArray::number(size.width()) + "x" + QByteArray::number(size.height());
             for (int index : {0, 1, 2})
                 QTest::newRow(QByteArray(s + " menu " + QByteArray::number(index)).constData())
