@@ -2,7 +2,7 @@
 
 #include "core/Gdi.h"
 #include "core/Surface.h"
-#include "files/BigBuffer.h"
+#include "files/read/BigBuffer.h"
 
 #include <QFile>
 
