@@ -46,6 +46,16 @@ QIcon tile(bool broken)
     return QIcon(pixmap);
 }
 
+// Every tile square and of one size, the picture centred, so that the captions line up.
+QIcon squareIcon(const QImage& image)
+{
+    QPixmap pixmap(kSide, kSide);
+    pixmap.fill(Qt::transparent);
+    QPainter p(&pixmap);
+    p.drawImage((kSide - image.width()) / 2, (kSide - image.height()) / 2, image);
+    return QIcon(pixmap);
+}
+
 QString sizeText(qint64 bytes)
 {
     return QLocale().formattedDataSize(bytes, 1, QLocale::DataSizeTraditionalFormat);
@@ -94,11 +104,10 @@ frmOpenThumbnail::frmOpenThumbnail(const QString& folder, QWidget* parent) : QDi
     m_list->setObjectName(QStringLiteral("lstFiles"));
     m_list->setViewMode(QListView::IconMode);
     m_list->setIconSize(QSize(kSide, kSide));
-    m_list->setGridSize(QSize(kSide + 32, kSide + 64));
+    m_list->setGridSize(QSize(kSide + 40, kSide + 4 * m_list->fontMetrics().height()));
     m_list->setMovement(QListView::Static);
     m_list->setResizeMode(QListView::Adjust);
     m_list->setWordWrap(true);
-    m_list->setUniformItemSizes(true);
     m_list->setSelectionMode(QAbstractItemView::SingleSelection);
     connect(m_list, &QListWidget::itemActivated, this, &frmOpenThumbnail::activate);
     layout->addWidget(m_list, 1);
@@ -166,8 +175,9 @@ bool frmOpenThumbnail::setFolder(const QString& folder)
         m_items.insert(info.absoluteFilePath(), item);
         paths << info.absoluteFilePath();
     }
-    m_status->setText(paths.isEmpty() ? tr("No pictures in this folder.")
-                                      : tr("%n picture(s)", nullptr, int(paths.size())));
+    m_status->setText(paths.isEmpty()     ? tr("No pictures in this folder.")
+                      : paths.size() == 1 ? tr("1 picture")
+                                          : tr("%1 pictures").arg(paths.size()));
     m_loader->load(paths);
     return true;
 }
@@ -180,7 +190,7 @@ void frmOpenThumbnail::showThumbnail(const QString& path, const Thumbnail& thumb
     const QFileInfo info(path);
     QString text = info.fileName() + QLatin1Char('\n') + sizeText(info.size()) + QLatin1Char('\n');
     if (thumbnail.ok()) {
-        item->setIcon(QIcon(QPixmap::fromImage(thumbnail.image)));
+        item->setIcon(squareIcon(thumbnail.image));
         text +=
             QStringLiteral("%1 x %2").arg(thumbnail.pictureSize.width()).arg(thumbnail.pictureSize.height());
     } else {
