@@ -63,6 +63,7 @@ public:
     void ColorsChanged() override {}
     void ShowTransparencyColor(Color) override {}
     void ShowReplaceColor(int, Color) override {}
+    void DetailPicked(Document&, double, double) override {}
 };
 
 // A document window of a fixed viewport over a w x h picture, scrolled to its middle.

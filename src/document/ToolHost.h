@@ -50,6 +50,8 @@ public:
     // colour replacer's two swatches (LblReplaceCol(0) the source, (1) the new colour).
     virtual void ShowTransparencyColor(Color c) = 0;
     virtual void ShowReplaceColor(int index, Color c) = 0;
+    // A click on the picture while Detailed Editing's picker was armed, at this image point.
+    virtual void DetailPicked(Document& doc, double x, double y) = 0;
 };
 
 } // namespace velunta

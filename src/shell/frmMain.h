@@ -196,6 +196,17 @@ public:
     // Opens the Effects Browser on the picture or the floating selection.
     void mnuEffectBrowser_Click();
 
+    // Detailed editing and the thumbnail open dialog (frmMain_Detail.cpp).
+    // Tools > Detailed Editing and the zoom panel's button: the floating selection when
+    // one shows, otherwise the "Detail" check arms the picker for a click on the picture.
+    void PrepEditDetail();
+    // The magnified editor on the area around an image point of the active document
+    // (a point of the floating selection's surface while it shows).
+    void EditDetailAt(QPoint point);
+    void DetailPicked(Document& doc, double x, double y) override;
+    // File > Open in thumbnail-view: the chosen picture opens as Open does.
+    void OpenThumbnailview_Click();
+
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
     RecoveryWriter* recoveryWriter() const { return m_recovery.get(); }

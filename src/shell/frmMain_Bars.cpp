@@ -114,7 +114,11 @@ void frmMain::buildCommandBar()
     m_chkDetailEdit = new QCheckBox(tr("Detail"), m_picbuttons);
     m_chkDetailEdit->setObjectName(QStringLiteral("chkDetailEdit"));
     m_chkDetailEdit->setToolTip(tr("Pick a small area to edit pixel by pixel"));
-    m_chkDetailEdit->setEnabled(false); // the Detailed Editing window comes later
+    // Arms the picker: the next click on a picture opens Detailed Editing there.
+    connect(m_chkDetailEdit, &QCheckBox::clicked, this, [this](bool on) {
+        m_state.DetailPickerArmed = on && activeDocument();
+        m_chkDetailEdit->setChecked(m_state.DetailPickerArmed);
+    });
     layout->addWidget(m_chkDetailEdit);
     m_chkSnapGrid = new QCheckBox(tr("Snap"), m_picbuttons);
     m_chkSnapGrid->setObjectName(QStringLiteral("chkSnapGrid"));

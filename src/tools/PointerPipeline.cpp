@@ -77,6 +77,13 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         SnapPoint(x, y, st.GridX, st.GridY);
     const int keptButton = button;
     const int tool = st.CurrentTool;
+    // A click that picks the area of Detailed Editing neither draws nor records; the
+    // release opens the editor, once the button is up and no stroke is in the way.
+    if (st.DetailPickerArmed) {
+        doc.Drawing = false;
+        doc.MouseReleased = true;
+        return;
+    }
 
     if (button == kRightButton && doc.ZoomFactor == 100.0 && tool != kToolZoom) {
         if (tool != kToolColorReplacer && tool != kToolColorPicker && tool != kToolPencil)
@@ -231,6 +238,13 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
         SnapPoint(x, y, st.GridX, st.GridY);
     }
     const int tool = st.CurrentTool;
+    if (st.DetailPickerArmed) {
+        st.DetailPickerArmed = false;
+        if (doc.viewWindow)
+            doc.viewWindow->setPointerShape(kPointerArrow);
+        ctx.host.DetailPicked(doc, ViewToImage(x, doc.ZoomFactor), ViewToImage(y, doc.ZoomFactor));
+        return;
+    }
     if (button == kLeftButton) {
         double zoom = doc.ZoomFactor;
         ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom,

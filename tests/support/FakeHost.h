@@ -55,6 +55,7 @@ public:
     void ColorsChanged() override { ++colorChanges; }
     void ShowTransparencyColor(Color c) override { transparencyShown = c; }
     void ShowReplaceColor(int index, Color c) override { replaceShown[index] = c; }
+    void DetailPicked(Document&, double x, double y) override { detailPicks.append({x, y}); }
 
     Document& doc;
     DrawState* state = nullptr;
@@ -63,6 +64,7 @@ public:
     QList<bool> busy; // the busy states open now, with or without the progress strip
     bool undoEnabled = false;
     QList<int> selected;
+    QList<QPointF> detailPicks;
     QString coords, area, angle;
     int angleAlignment = 0;
     Color picked = kNoColor;

@@ -94,6 +94,9 @@ QImage DecodeDIB(QByteArrayView data, LoadFailure& failure);
 QImage DecodeIconDIB(QByteArrayView data, LoadFailure& failure);
 QImage DecodeGIF(QByteArrayView data, LoadFailure& failure);
 QImage DecodeJPEG(QByteArrayView data, LoadFailure& failure);
+// The JPEG reduced by 1/2, 1/4 or 1/8 while it decodes, as far as its longer side
+// stays at least `side` (0: full size); `fullSize` gets the picture's own size.
+QImage DecodeJPEGScaled(QByteArrayView data, int side, LoadFailure& failure, QSize* fullSize);
 QImage DecodePNG(QByteArrayView data, LoadFailure& failure);
 // ICO and CUR: the picture with the most pixels, the deepest one on a tie.
 QImage DecodeICO(QByteArrayView data, LoadFailure& failure);

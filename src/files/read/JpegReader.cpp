@@ -7,6 +7,7 @@
 #include "files/read/JpegErrors.h"
 #include "files/read/PictureRows.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace velunta {
@@ -35,7 +36,7 @@ void watchScans(j_common_ptr common)
 
 // Each stage between a setjmp and the library only; no C++ objects here.
 bool readHeader(jpeg_decompress_struct& cinfo, JpegErrors& errors, const uchar* data, size_t size,
-                Progress& progress)
+                Progress& progress, int side)
 {
     if (setjmp(errors.jump))
         return false;
@@ -51,6 +52,17 @@ bool readHeader(jpeg_decompress_struct& cinfo, JpegErrors& errors, const uchar* 
     // comes out in the byte order of Format_RGB32.
     const bool cmyk = cinfo.jpeg_color_space == JCS_CMYK || cinfo.jpeg_color_space == JCS_YCCK;
     cinfo.out_color_space = cmyk ? JCS_CMYK : JCS_EXT_BGRX;
+    // A preview decodes at 1/2, 1/4 or 1/8 straight from the coefficients: the largest
+    // step that still leaves the longer side at least `side` pixels.
+    if (side > 0) {
+        const JDIMENSION longer = std::max(cinfo.image_width, cinfo.image_height);
+        cinfo.scale_num = 1;
+        cinfo.scale_denom = 1;
+        while (cinfo.scale_denom < 8 && longer / (cinfo.scale_denom * 2) >= JDIMENSION(side))
+            cinfo.scale_denom *= 2;
+        cinfo.dct_method = JDCT_IFAST;
+    }
+    jpeg_calc_output_dimensions(&cinfo);
     return true;
 }
 
@@ -136,20 +148,22 @@ void refuse(const jpeg_decompress_struct& cinfo, const JpegErrors& errors, qint6
 
 } // namespace
 
-QImage DecodeJPEG(QByteArrayView data, LoadFailure& failure)
+QImage DecodeJPEGScaled(QByteArrayView data, int side, LoadFailure& failure, QSize* fullSize)
 {
     jpeg_decompress_struct cinfo{};
     JpegErrors errors;
     errors.attach(reinterpret_cast<j_common_ptr>(&cinfo));
     Progress progress{};
     QImage image;
-    if (!readHeader(cinfo, errors, reinterpret_cast<const uchar*>(data.data()), size_t(data.size()),
-                    progress)) {
+    if (!readHeader(cinfo, errors, reinterpret_cast<const uchar*>(data.data()), size_t(data.size()), progress,
+                    side)) {
         refuse(cinfo, errors, data.size(), failure);
     } else if (WithinLimits(cinfo.image_width, cinfo.image_height, failure)) {
-        PictureRows rows(int(cinfo.image_width), int(cinfo.image_height), data.size());
+        if (fullSize)
+            *fullSize = QSize(int(cinfo.image_width), int(cinfo.image_height));
+        PictureRows rows(int(cinfo.output_width), int(cinfo.output_height), data.size());
         const bool cmyk = cinfo.out_color_space == JCS_CMYK;
-        std::vector<uchar> cmykRow(cmyk ? size_t(cinfo.image_width) * 4 : 0);
+        std::vector<uchar> cmykRow(cmyk ? size_t(cinfo.output_width) * 4 : 0);
         Stop stop = Stop::None;
         if (readPixels(cinfo, errors, rows, cmyk ? cmykRow.data() : nullptr, data.size(), failure, stop))
             image = rows.take(QImage::Format_RGB32);
@@ -164,6 +178,15 @@ QImage DecodeJPEG(QByteArrayView data, LoadFailure& failure)
                               .arg(errors.warningText());
     jpeg_destroy_decompress(&cinfo);
     return image;
+}
+
+} // namespace velunta
+
+namespace velunta {
+
+QImage DecodeJPEG(QByteArrayView data, LoadFailure& failure)
+{
+    return DecodeJPEGScaled(data, 0, failure, nullptr);
 }
 
 } // namespace velunta
