@@ -155,7 +155,6 @@ void frmMain::mnuExportGif_Click()
     // The dialog stays open beside the picture, so the eyedropper can pick its colour there.
     auto* dialog = new frmSaveGifs(
         [this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; }, this);
-    dialog->Command3()->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(kToolColorPicker); });
     connect(dialog, &frmSaveGifs::saveRequested, this, [this](Color colour) {
