@@ -6,6 +6,7 @@
 #include "document/DrawState.h"
 #include "document/PaintArea.h"
 #include "document/ToolHost.h"
+#include "document/UndoRing.h"
 #include "document/frmPaint.h"
 #include "tools/SimplePaints.h"
 
@@ -66,11 +67,27 @@ public:
     void DetailPicked(Document&, double, double) override {}
 };
 
-// A document window of a fixed viewport over a w x h picture, scrolled to its middle.
-struct WindowBench {
-    WindowBench(int w, int h, double zoom = 100)
+// A tool host that records the undo steps as the program does, in the ring of `undo`.
+class UndoToolHost : public NullToolHost {
+public:
+    Document* ActiveDocument() override { return doc; }
+    void PrepUndo() override
     {
-        form.resize(380, 280);
+        if (doc)
+            velunta::PrepUndo(undo, *doc);
+    }
+    void StrokeEnded() override { undo.UndoSuppressed = false; }
+    Document* doc = nullptr;
+    UndoState undo;
+};
+
+// A document window of a viewport of `view` (the window's size) over a w x h picture,
+// scrolled to its middle; its tools record real undo steps.
+struct WindowBench {
+    WindowBench(int w, int h, double zoom = 100, QSize view = QSize(380, 280))
+    {
+        tools.doc = &form.doc;
+        form.resize(view);
         form.doc.CreatePicture(w + 2, h + 2, 0xFFFFFF);
         form.doc.ZoomFactor = zoom;
         form.SizePaintArea();
@@ -95,7 +112,7 @@ struct WindowBench {
     frmPaint form{host};
     QImage screen;
     DrawState state;
-    NullToolHost tools;
+    UndoToolHost tools;
     ToolContext ctx{state, tools};
 };
 

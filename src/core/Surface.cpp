@@ -35,7 +35,7 @@ void Surface::setScaleSize(int width, int height)
                         reinterpret_cast<QRgb*>(next.scanLine(y)));
     }
     m_image = next;
-    m_touched = m_image.rect();
+    touchAll();
 }
 
 void Surface::setSize(int width, int height)
@@ -61,21 +61,70 @@ void Surface::setPicture(const QImage& picture)
     Cls();
 }
 
+void Surface::trackChanges(int tileSize)
+{
+    m_tile = std::max(0, tileSize);
+    m_changedAll = true;
+    m_changed.clear();
+}
+
+void Surface::markChanged(const QRect& r)
+{
+    const QRect box = r.intersected(m_image.rect());
+    m_reportedKey = m_image.cacheKey();
+    if (box.isEmpty() || m_changedAll)
+        return;
+    const int columns = (m_image.width() + m_tile - 1) / m_tile;
+    const int rows = (m_image.height() + m_tile - 1) / m_tile;
+    if (columns != m_columns || rows != m_rows || m_changed.size() != std::size_t(columns) * rows) {
+        m_changedAll = true;
+        return;
+    }
+    for (int ty = box.top() / m_tile; ty <= box.bottom() / m_tile; ++ty)
+        std::fill_n(m_changed.begin() + std::ptrdiff_t(ty) * columns + box.left() / m_tile,
+                    box.right() / m_tile - box.left() / m_tile + 1, std::uint8_t(1));
+}
+
+Surface::Changes Surface::takeChanges()
+{
+    Changes out;
+    const int tile = std::max(1, m_tile);
+    out.columns = (m_image.width() + tile - 1) / tile;
+    out.rows = (m_image.height() + tile - 1) / tile;
+    // Any write bumps the image's cache key; one that did not go through touch()
+    // leaves it different from the key seen at the last report, and then nobody
+    // knows which pixels changed.
+    out.all = m_tile <= 0 || m_changedAll || m_image.cacheKey() != m_reportedKey ||
+              out.columns != m_columns || out.rows != m_rows;
+    if (!out.all)
+        out.tiles.swap(m_changed);
+    m_columns = out.columns;
+    m_rows = out.rows;
+    m_changed.assign(std::size_t(m_columns) * m_rows, 0);
+    m_changedAll = false;
+    m_reportedKey = m_image.cacheKey();
+    return out;
+}
+
 void Surface::setImage(const QImage& image)
 {
     QImage converted = image.convertToFormat(QImage::Format_RGB32);
     if (converted.isNull() && !image.isNull())
         throw AllocationError("not enough memory to convert a picture");
     m_image = converted;
-    m_touched = m_image.rect();
+    touchAll();
 }
 
 void Surface::Cls()
 {
     if (m_image.isNull())
         return;
-    m_image.fill(ToQRgb(BackColor));
-    if (!m_picture.isNull()) {
+    if (m_picture.size() == m_image.size()) {
+        // The picture covers everything: both layers share its pixels until one is written.
+        m_image = m_picture;
+    } else
+        m_image.fill(ToQRgb(BackColor));
+    if (!m_picture.isNull() && m_picture.size() != m_image.size()) {
         const int cw = std::min(m_picture.width(), m_image.width());
         const int ch = std::min(m_picture.height(), m_image.height());
         for (int y = 0; y < ch; ++y)
@@ -84,7 +133,7 @@ void Surface::Cls()
     }
     CurrentX = 0;
     CurrentY = 0;
-    m_touched = m_image.rect();
+    touchAll();
 }
 
 } // namespace velunta

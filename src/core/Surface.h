@@ -14,6 +14,9 @@
 #include <QRect>
 #include <QString>
 
+#include <cstdint>
+#include <vector>
+
 namespace velunta {
 
 // Thrown when a surface cannot get the memory for its size.
@@ -83,9 +86,19 @@ public:
     QString Tag;
 
     // The rectangle of Image touched since the last takeTouched(); the view asks for
-    // it so that a refresh repaints only what changed.
-    void touch(const QRect& r) { m_touched |= r.intersected(m_image.rect()); }
-    void touchAll() { m_touched = m_image.rect(); }
+    // it so that a refresh repaints only what changed. Every write to Image reports
+    // itself here after the pixels are written.
+    void touch(const QRect& r)
+    {
+        m_touched |= r.intersected(m_image.rect());
+        if (m_tile > 0)
+            markChanged(r);
+    }
+    void touchAll()
+    {
+        m_touched = m_image.rect();
+        m_changedAll = true;
+    }
     QRect takeTouched()
     {
         const QRect r = m_touched;
@@ -94,13 +107,35 @@ public:
     }
     const QRect& touched() const { return m_touched; }
 
+    // Change tracking, by square tiles of `tileSize` pixels (the document's picture
+    // turns it on for its undo store). takeChanges() reports the tiles written since
+    // the previous call, one byte per tile row by row; `all` is set when the size
+    // changed or a write went to Image without reporting itself through touch().
+    struct Changes {
+        bool all = true;
+        int columns = 0;
+        int rows = 0;
+        std::vector<std::uint8_t> tiles;
+    };
+    void trackChanges(int tileSize);
+    int changeTile() const { return m_tile; }
+    Changes takeChanges();
+
 private:
     static QImage allocate(int w, int h);
+    void markChanged(const QRect& r);
 
     int m_border = 0;
     QImage m_image;
     QImage m_picture;
     QRect m_touched;
+
+    int m_tile = 0;
+    int m_columns = 0;
+    int m_rows = 0;
+    bool m_changedAll = true;
+    qint64 m_reportedKey = 0; // Image's cache key after the last reported write
+    std::vector<std::uint8_t> m_changed;
 };
 
 } // namespace velunta

@@ -10,6 +10,7 @@ Document::Document()
     Buffer.BackColor = 0xFFFFFF;
     BufferSelected.BackColor = 0xFFFFFF;
     SelectedBack.BackColor = 0xFFFFFF;
+    UndoKeep.attach(Buffer);
 }
 
 QString Document::CaptionName() const

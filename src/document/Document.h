@@ -7,6 +7,7 @@
 #include "core/Surface.h"
 #include "document/Overlays.h"
 #include "document/TextBox.h"
+#include "document/UndoStore.h"
 
 #include <QImage>
 #include <QString>
@@ -43,8 +44,11 @@ public:
     Surface BufferSelected{0};
     // The picture under the floating selection, to restore what a move uncovers.
     Surface SelectedBack{0};
-    // The four slots of the undo ring: Undo, Undo2, Undo3, Undo4.
-    std::array<Surface, 4> UndoSlots{Surface{1}, Surface{1}, Surface{1}, Surface{1}};
+    // The four slots of the undo ring: Undo, Undo2, Undo3, Undo4. A null or empty
+    // snapshot is an empty slot.
+    std::array<UndoSnapshotPtr, 4> UndoSlots;
+    // Keeps the pixels of the undo steps: only what changed between them.
+    UndoStore UndoKeep;
     // A copy of Buffer taken before a previewed operation.
     Surface TempBufferUndo{1};
 

@@ -18,11 +18,9 @@ void PrepUndo(UndoState& undo, Document& doc)
     undo.UndoWriteSlot = undo.UndoWriteSlot + 1;
     if (undo.UndoWriteSlot > 4)
         undo.UndoWriteSlot = 1;
-    Surface& slot = doc.UndoSlots[undo.UndoWriteSlot - 1];
-    // The slot grows and shrinks with the picture; one block copy, nothing else.
-    slot.setSize(doc.Buffer.Width(), doc.Buffer.Height());
-    BitBlt(slot, 0, 0, doc.Buffer.ScaleWidth(), doc.Buffer.ScaleHeight(), doc.Buffer, 0, 0, SRCCOPY);
-    slot.takeTouched();
+    // The slot takes the picture's size; it keeps only the tiles written since the
+    // previous step and shares the rest.
+    doc.UndoSlots[undo.UndoWriteSlot - 1] = doc.UndoKeep.record(doc.Buffer);
 }
 
 int UndoStep(UndoState& undo, Document& doc, const std::function<void()>& revertToFile)
@@ -39,8 +37,7 @@ int UndoStep(UndoState& undo, Document& doc, const std::function<void()>& revert
             revertToFile();
         undo.UndoCursor = 1;
     }
-    const Surface& slot = doc.UndoSlots[undo.UndoCursor - 1];
-    BitBlt(doc.Buffer, 0, 0, doc.Buffer.ScaleWidth(), doc.Buffer.ScaleHeight(), slot, 0, 0, SRCCOPY);
+    doc.UndoKeep.restore(doc.Buffer, doc.UndoSlots[undo.UndoCursor - 1]);
     return undo.UndoCursor;
 }
 
@@ -49,7 +46,7 @@ int FilledUndoSlots(const Document& doc)
     int n = 0;
     // A slot counts when it holds a picture: the frame alone is no picture.
     for (int i = 3; i >= 0; --i)
-        if (doc.UndoSlots[i].ScaleWidth() > 0 && doc.UndoSlots[i].ScaleHeight() > 0)
+        if (doc.UndoSlots[i] && !doc.UndoSlots[i]->empty())
             ++n;
     return n;
 }

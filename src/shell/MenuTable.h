@@ -32,7 +32,7 @@ enum class MenuId : std::uint16_t {
     split033, mnuSelTwain, mnuAcquire, split034, Close, niks025, mnuMrud, split035, Exit,
     // Edit
     Edit, Undo, UndoResize, mnuundorevert, split020, Cut, Copy, Paste, split023, PasteSpecial, split024,
-    SelectAll, ClearSelection, niks002, mnuCopyTo, mnuPasteFrom, mnucopyIrfanview,
+    SelectAll, ClearSelection, niks002, mnuCopyTo, mnuPasteFrom, mnucopyIrfanview, Redo,
     // Image
     Image, mnuImgUndo, split036, mnuImgCut, mnuImgCopy, mnuImgPaste, mnugrabmask, split038, FlipHorizontal,
     FlipVertical, mnurotate, mnurotates, split050, mnuDoBright, mnuDoDark, InvertImage, mnugrayscale, split052,
@@ -46,7 +46,7 @@ enum class MenuId : std::uint16_t {
     mnuReverseBlendV1, split060,
     // Extra
     mnuextra, mnuextra1, mnuextra2, mnuextra3, split070, mnuWindowAutoSizePosition, mnuKidsMode,
-    mnuextraplugin, mnuextraplugins,
+    mnuextraplugin, mnuextraplugins, mnuStepUndo,
     // View
     mnuView, mnuZoom, mnuZooms, split080, mnuShowGrid, menuExGridSnap, menuExGridSetup, niks12, mnuGuideLines,
     mnuGuideLinecolor, mnuGuideLineStyle, mnuGuideLineStyles, niks7, mnufitbigimages, mnumaximizeonopen,

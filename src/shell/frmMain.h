@@ -40,6 +40,8 @@ struct RecoverySource;
 struct FoundPicture;
 class frmControls;
 struct EffectsBrowserMemory;
+struct StepHistories;
+class StepHistory;
 class frmPaint;
 class ProgressStrip;
 struct GridSettings;
@@ -99,6 +101,12 @@ public:
     void UndoResize_Click();
     void RevertSaved(const QString& path);
     void mnuundorevert_Click();
+
+    // Step-by-step undo (frmMain_StepUndo.cpp): Extra > "Step-by-step undo" swaps the
+    // ring for a linear history with Redo.
+    void mnuStepUndo_Click();
+    void Redo_Click();
+    bool StepUndoOn() const;
 
     // Selection and clipboard.
     void Copy_Click();
@@ -381,6 +389,8 @@ private:
     Services& m_services;
     DrawState m_state;
     UndoState m_undo;
+    std::shared_ptr<StepHistories> m_stepHistories; // per document, while step-by-step undo is on
+    StepHistory& stepHistory(frmPaint& form);
     ToolContext m_ctx{m_state, *this};
 
     QMdiArea* m_mdi = nullptr;

@@ -3,6 +3,7 @@
 #include "shell/frmMain.h"
 
 #include "core/Gdi.h"
+#include "document/StepHistory.h"
 #include "document/UpdateView.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
@@ -36,8 +37,20 @@ void frmMain::RevertSavedAndRecord()
 
 void frmMain::Undo_Click()
 {
-    m_undo.UndoSuppressed = true;
     frmPaint* form = activeDocument();
+    if (form && StepUndoOn()) {
+        Document& doc = form->doc;
+        DropSelection(doc);
+        const QSize size(doc.Buffer.Width(), doc.Buffer.Height());
+        if (stepHistory(*form).undo(doc)) {
+            if (size != QSize(doc.Buffer.Width(), doc.Buffer.Height()))
+                PictureResized();
+            UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
+            form->invalidateView();
+        }
+        return;
+    }
+    m_undo.UndoSuppressed = true;
     if (!form)
         return;
     DropSelection(form->doc);
@@ -110,6 +123,8 @@ void frmMain::SaveUndoBitmap()
     frmPaint* form = activeDocument();
     if (!form)
         return;
+    if (StepUndoOn())
+        PrepUndo(); // the history keeps the picture before the change of size too
     if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
         enable(MenuId::UndoResize, true);
         SetUndoEnabled(true);

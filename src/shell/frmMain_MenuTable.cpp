@@ -66,6 +66,7 @@ constexpr MenuRow kMenuRows[] = {
 
     top(M::Edit, "Edit", "&Edit", R::Always),
     {M::Undo, -1, M::Edit, "Undo", "&Undo", R::UndoRing, &F::Undo_Click, 0, QKeySequence::Undo},
+    {M::Redo, -1, M::Edit, "Redo", "Re&do", R::Document, &F::Redo_Click, kHidden, QKeySequence::Redo},
     {M::UndoResize, -1, M::Edit, "UndoResize", "Undo &Resize", R::UndoFile, &F::UndoResize_Click},
     {M::mnuundorevert, -1, M::Edit, "mnuundorevert", "Undo to last saved image", R::OwnCode, &F::mnuundorevert_Click},
     sep(M::split020, M::Edit, "split020"),
@@ -193,6 +194,7 @@ constexpr MenuRow kMenuRows[] = {
     sep(M::split070, M::mnuextra, "split070"),
     {M::mnuWindowAutoSizePosition, -1, M::mnuextra, "mnuWindowAutoSizePosition", "Remember Size && Position", R::Always, &F::mnuWindowAutoSizePosition_Click, kCheckable | kEasyHidden},
     {M::mnuKidsMode, -1, M::mnuextra, "mnuKidsMode", "Easy Mode (Beginner)", R::Always, &F::KidsMode, kCheckable},
+    {M::mnuStepUndo, -1, M::mnuextra, "mnuStepUndo", "Step-by-step undo", R::Always, &F::mnuStepUndo_Click, kCheckable},
     sub(M::mnuextraplugin, M::mnuextra, "mnuextraplugin", "Plugin"),
     {M::mnuextraplugins, 0, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
     {M::mnuextraplugins, 1, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},

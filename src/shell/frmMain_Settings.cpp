@@ -107,6 +107,12 @@ void frmMain::GetSettings(bool drawPart)
         bool kids = action(MenuId::mnuKidsMode)->isChecked();
         assign(kids, flagOf(get("KidsMode", QStringLiteral("False"))));
         action(MenuId::mnuKidsMode)->setChecked(kids);
+        const bool stepUndo = flagOf(get("StepUndo", QStringLiteral("False"))).value_or(false);
+        action(MenuId::mnuStepUndo)->setChecked(stepUndo);
+        action(MenuId::Redo)->setVisible(stepUndo);
+        action(MenuId::Redo)
+            ->setShortcuts(
+                {QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
         assign(FitBigImages, flagOf(get("FitBigImage", QStringLiteral("False"))));
         action(MenuId::mnufitbigimages)->setChecked(FitBigImages);
         assign(MaximizeOnOpen, flagOf(get("MaxOnOpen", QStringLiteral("0"))));
@@ -177,6 +183,7 @@ void frmMain::SaveSettings(bool drawPart)
     put("MainHeight", QString::number(g.height() * kTwipsPerPixel));
     put("AutoSizePos", minusOne(AutoSizePos));
     put("KidsMode", trueFalse(action(MenuId::mnuKidsMode)->isChecked()));
+    put("StepUndo", trueFalse(StepUndoOn()));
     put("FitBigImage", trueFalse(FitBigImages));
     put("MaxOnOpen", minusOne(MaximizeOnOpen));
     put("StartBlankPage", minusOne(StartBlankPage));

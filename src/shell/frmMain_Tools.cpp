@@ -6,6 +6,7 @@
 
 #include "core/Faults.h"
 #include "core/Numbers.h"
+#include "document/StepHistory.h"
 #include "document/frmPaint.h"
 #include "tools/PointerPipeline.h"
 #include "tools/Selection.h"
@@ -95,7 +96,16 @@ void frmMain::ShowImageContextMenu(Document& doc)
 
 void frmMain::PrepUndo()
 {
-    if (frmPaint* form = activeDocument())
+    frmPaint* form = activeDocument();
+    if (form && StepUndoOn()) {
+        // The history keeps every state, the loaded picture first, after an undo too.
+        m_undo.CancelRequested = false;
+        m_undo.SkipNextPrepUndo = false;
+        if (!m_undo.UndoDisabled)
+            stepHistory(*form).record(form->doc);
+        return;
+    }
+    if (form)
         velunta::PrepUndo(m_undo, form->doc);
     // The first picture in the ring gives Undo somewhere to go.
     SetUndoEnabled(m_undoEnabled);

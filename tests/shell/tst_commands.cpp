@@ -101,8 +101,8 @@ private Q_SLOTS:
         QVERIFY(!changed);
         QVERIFY(windowUsable(m));
         QVERIFY(!doc.Dirty);
-        const Surface& slot = doc.UndoSlots[m.undo().UndoWriteSlot - 1];
-        QCOMPARE(DifferingPixels(slot.Image(), picture), 0);
+        const QImage slot = doc.UndoSlots[m.undo().UndoWriteSlot - 1]->toImage();
+        QCOMPARE(DifferingPixels(slot, picture), 0);
         QCOMPARE(DifferingPixels(doc.Buffer.Image(), picture), 0);
         QCOMPARE(DifferingPixels(doc.BufferSelected.Image(), floating), 0);
         // The next command runs as ever.

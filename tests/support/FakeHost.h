@@ -6,6 +6,7 @@
 #include "document/DocumentView.h"
 #include "document/DrawState.h"
 #include "document/ToolHost.h"
+#include "document/UndoRing.h"
 #include "support/TestImages.h"
 #include "tools/PointerPipeline.h"
 #include "tools/Selection.h"
@@ -19,7 +20,14 @@ class FakeHost : public ToolHost {
 public:
     explicit FakeHost(Document& doc) : doc(doc) {}
     Document* ActiveDocument() override { return &doc; }
-    void PrepUndo() override { ++prepUndoCalls; }
+    void PrepUndo() override
+    {
+        ++prepUndoCalls;
+        if (undo)
+            velunta::PrepUndo(*undo, doc);
+        if (onPrepUndo)
+            onPrepUndo();
+    }
     void SetSelBak() override { velunta::SetSelBak(doc); }
     void SaveUndoBitmap() override { ++undoBitmaps; }
     void ValidateMenus() override {}
@@ -27,7 +35,11 @@ public:
     void BeginBusy(bool progress) override { busy << progress; }
     bool StepProgress(double) override { return false; }
     void EndBusy() override { busy.removeLast(); }
-    void StrokeEnded() override {}
+    void StrokeEnded() override
+    {
+        if (undo)
+            undo->UndoSuppressed = false;
+    }
     void SetUndoEnabled(bool enabled) override { undoEnabled = enabled; }
     bool UndoEnabled() const override { return undoEnabled; }
     void Undo_Click() override { ++undoCalls; }
@@ -59,6 +71,8 @@ public:
 
     Document& doc;
     DrawState* state = nullptr;
+    UndoState* undo = nullptr; // when set, undo steps are recorded for real
+    std::function<void()> onPrepUndo;
     int prepUndoCalls = 0, undoBitmaps = 0, undoCalls = 0, contextMenus = 0, zoomOptionsCleared = 0,
         colorChanges = 0, resizes = 0;
     QList<bool> busy; // the busy states open now, with or without the progress strip

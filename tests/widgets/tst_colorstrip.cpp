@@ -304,7 +304,7 @@ private Q_SLOTS:
         QCOMPARE(FromQRgb(img.pixel(1, 1)), RGB(0, 0, 255));
         QVERIFY(doc.Dirty);
         // The undo ring has the picture before; the resize undo file is not touched.
-        QCOMPARE(doc.UndoSlots[f.main().undo().UndoWriteSlot - 1].Image(), before);
+        QCOMPARE(doc.UndoSlots[f.main().undo().UndoWriteSlot - 1]->toImage(), before);
         QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("temp/undo.bmp")));
 
         // With a selection, only the selection.
