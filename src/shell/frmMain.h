@@ -34,6 +34,7 @@ class QGridLayout;
 namespace velunta {
 
 class ColorStrip;
+class FrmSymbols;
 class RecoveryStore;
 class RecoveryWriter;
 struct RecoverySource;
@@ -123,6 +124,13 @@ public:
     QStringList builtOperations() const { return m_operations.keys(); }
     // Makes an operation available to the panels' buttons of that name.
     void registerOperation(const QString& name, const std::function<void()>& handler);
+
+    // Textures and stamps: Texture Fill tiles the picture or the selection with a
+    // texture chosen in FrmTextures; Symbols & Stamps (index 0) opens the stamp palette,
+    // which stays open beside the main window.
+    void mnuTexturefill_Click();
+    void mnusymbols_Click(int index);
+    FrmSymbols* symbols() const;
 
     // Files.
     void Save_Click();
@@ -354,6 +362,7 @@ private:
     int MRUNext = 0;
     Color m_previewKey = kNoColor;
     QHash<QString, std::function<void()>> m_operations;
+    QPointer<FrmSymbols> m_symbols;
     bool m_exiting = false;
     std::unique_ptr<RecoveryStore> m_recoveryStore;
     std::unique_ptr<RecoveryWriter> m_recovery;

@@ -107,7 +107,7 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, {}, kEasyHidden},
     {M::mnuPasteBlend, -1, M::Image, "mnuPasteBlend", "Blend Image From...", R::Document, {}, kEasyHidden},
     sep(M::split003, M::Image, "split003", kEasyHidden),
-    {M::mnuTexturefill, -1, M::Image, "mnuTexturefill", "Texture..."},
+    {M::mnuTexturefill, -1, M::Image, "mnuTexturefill", "Texture...", R::Document, &F::mnuTexturefill_Click},
     {M::mnuPicFrames, -1, M::Image, "mnuPicFrames", "Picture Frames...", R::Document, {}, kContextOnly},
     {M::mnuBorders, -1, M::Image, "mnuBorders", "Borders...", R::Document, {}, kContextOnly},
     sep(M::split039, M::Image, "split039", kContextOnly),
@@ -130,7 +130,7 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness..."},
     {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast..."},
     sep(M::niks036, M::mnuTools, "niks036", kEasyHidden),
-    {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps..."},
+    {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps...", R::Document, &F::mnusymbols_Click},
     sep(M::mnusymbols, M::mnuTools, "mnusymbols", 0, 1),
     {M::mnusymbols, 2, M::mnuTools, "mnusymbols", "Picture Frames..."},
     {M::mnusymbols, 3, M::mnuTools, "mnusymbols", "Borders..."},
@@ -270,7 +270,7 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document, {}, true},                    // 15 "darken image 10%"
     {R::Document, {}, true},                    // 16 "Invert image"
     {R::Document, &F::RevertSavedAndRecord},    // 17 "undo to last saved"
-    {R::Document, {}, true},                    // 18 "Fill image or selection with textures"
+    {R::Document, &F::mnuTexturefill_Click, true}, // 18 "Fill image or selection with textures"
     {R::Document, {}, true},                    // 19 "Blend"
     {R::Document, {}, true},                    // 20 "Borders"
     {R::Document, {}, true},                    // 21 "Draw Advanced Bezier Curves"
