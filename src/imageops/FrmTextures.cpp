@@ -2,7 +2,7 @@
 
 #include "core/Prompt.h"
 #include "core/Surface.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "imageops/TileTexture.h"
 #include "widgets/ButtonLooks.h"
 

@@ -1,16 +1,17 @@
 #include "imageops/TileTexture.h"
 
 #include "core/Surface.h"
+#include "files/read/BigBuffer.h"
 
 #include <algorithm>
 #include <cstring>
 
 namespace velunta {
 
-bool TileTexture(Surface& target, const Surface& texture)
+namespace {
+
+bool Tile(QImage& out, const QImage& tile)
 {
-    QImage& out = target.Image();
-    const QImage& tile = texture.Image();
     const int w = out.width();
     const int h = out.height();
     const int tw = tile.width();
@@ -36,7 +37,27 @@ bool TileTexture(Surface& target, const Surface& texture)
     const size_t rowBytes = size_t(w) * sizeof(QRgb);
     for (int y = built; y < h; ++y)
         std::memcpy(out.scanLine(y), out.constScanLine(y - th), rowBytes);
+    return true;
+}
+
+} // namespace
+
+bool TileTexture(Surface& target, const Surface& texture)
+{
+    if (!Tile(target.Image(), texture.Image()))
+        return false;
     target.touchAll();
+    return true;
+}
+
+bool FillWithTexture(Surface& target, const Surface& texture)
+{
+    const QImage& old = target.Image();
+    QImage fresh = AllocateBigImage(old.width(), old.height(), QImage::Format_RGB32);
+    if (fresh.isNull() || texture.Image().isNull())
+        return TileTexture(target, texture); // in place after all; it says when it can't
+    Tile(fresh, texture.Image());
+    target.setImage(fresh);
     return true;
 }
 

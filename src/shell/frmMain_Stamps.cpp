@@ -31,7 +31,7 @@ void frmMain::mnuTexturefill_Click()
     Surface PicTexture;
     PicTexture.setImage(dialog.texture());
     RunImageCommand(*this, {.name = "mnuTexturefill"},
-                    [&](ImageCommand& c) { return TileTexture(c.target(), PicTexture); });
+                    [&](ImageCommand& c) { return FillWithTexture(c.target(), PicTexture); });
 }
 
 void frmMain::mnusymbols_Click(int index)

@@ -78,9 +78,12 @@ private Q_SLOTS:
         const Surface tile = Pattern(texture.width(), texture.height(), 9);
         Surface fast = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
         Surface literal = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
+        Surface command = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
         QVERIFY(TileTexture(fast, tile));
+        QVERIFY(FillWithTexture(command, tile));
         LiteralTileTexture(literal, tile);
         QCOMPARE(DifferingPixels(fast.Image(), literal.Image()), 0);
+        QCOMPARE(DifferingPixels(command.Image(), literal.Image()), 0);
         // At every multiple of the texture's size the texture starts again.
         for (int y = 0; y < target.height(); y += texture.height())
             for (int x = 0; x < target.width(); x += texture.width()) {
@@ -90,11 +93,58 @@ private Q_SLOTS:
             }
     }
 
+    // Where one tile meets the next, the step from the last column to the first is no
+    // bigger than the steps between neighbouring columns inside the tile (and the same
+    // for rows): the built-in textures tile without seams. A little room is left, since
+    // a vein or a joint may run along the edge; a seam between unrelated pixels is
+    // several times the biggest step inside.
+    void builtInTexturesHaveNoSeams_data()
+    {
+        QTest::addColumn<QString>("path");
+        const QDir folder(qEnvironmentVariable("VELUNTA_DATA") + QStringLiteral("/textures"));
+        const QStringList files = folder.entryList(TextureFileFilters(), QDir::Files, QDir::Name);
+        QVERIFY(files.size() >= 12);
+        for (const QString& file : files)
+            QTest::newRow(qPrintable(file)) << folder.filePath(file);
+    }
+    void builtInTexturesHaveNoSeams()
+    {
+        QFETCH(QString, path);
+        const QImage t = QImage(path).convertToFormat(QImage::Format_RGB32);
+        QVERIFY(!t.isNull());
+        auto step = [&t](QPoint a, QPoint b) {
+            const QRgb p = t.pixel(a), q = t.pixel(b);
+            return std::abs(qRed(p) - qRed(q)) + std::abs(qGreen(p) - qGreen(q)) +
+                   std::abs(qBlue(p) - qBlue(q));
+        };
+        // The summed step between line i and line i + 1 (wrapping round), across or down.
+        auto lineSteps = [&](bool columns) {
+            const int lines = columns ? t.width() : t.height(), length = columns ? t.height() : t.width();
+            QVector<double> sums(lines);
+            for (int i = 0; i < lines; ++i)
+                for (int j = 0; j < length; ++j)
+                    sums[i] +=
+                        columns ? step({i, j}, {(i + 1) % lines, j}) : step({j, i}, {j, (i + 1) % lines});
+            return sums;
+        };
+        for (bool columns : {true, false}) {
+            QVector<double> sums = lineSteps(columns);
+            const double edge = sums.takeLast();
+            const double inside = *std::max_element(sums.begin(), sums.end());
+            QVERIFY2(edge <= 1.25 * inside,
+                     qPrintable(QStringLiteral("%1 step at the edge %2, inside at most %3")
+                                    .arg(columns ? "column" : "row")
+                                    .arg(edge)
+                                    .arg(inside)));
+        }
+    }
+
     void emptyTextureChangesNothing()
     {
         Surface target = MakeSurface(8, 8, RGB(5, 6, 7));
         const QImage before = target.Image().copy();
         QVERIFY(!TileTexture(target, Surface()));
+        QVERIFY(!FillWithTexture(target, Surface()));
         QCOMPARE(DifferingPixels(target.Image(), before), 0);
     }
 
