@@ -1,7 +1,7 @@
 #include "imageops/ChosenPicture.h"
 
 #include "core/Prompt.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 #include <QCoreApplication>
 #include <QFile>

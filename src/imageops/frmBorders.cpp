@@ -3,7 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Prompt.h"
 #include "core/Surface.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "imageops/ChosenPicture.h"
 #include "imageops/DialogParts.h"
 #include "widgets/Icons.h"
