@@ -5,6 +5,7 @@
 #include "widgets/Icons.h"
 #include "widgets/zolButton.h"
 
+#include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
@@ -117,6 +118,10 @@ frmPictureFrames::frmPictureFrames(FrameSettings& settings, const QImage& pictur
     trans->addWidget(fades, 3, 1, 1, 2);
     left->addWidget(transBox);
     left->addStretch(1);
+    // The two frame choices sit in boxes of their own, so only a group keeps one of them.
+    auto* frameKinds = new QButtonGroup(this);
+    for (QRadioButton* option : m_optFrame)
+        frameKinds->addButton(option);
     layout->addLayout(left);
 
     auto* right = new QVBoxLayout;

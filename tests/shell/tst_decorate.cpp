@@ -321,7 +321,8 @@ private Q_SLOTS:
         frmPaint* form = documentWith(f, picture);
         whenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbTransThick()->setEditText(QStringLiteral("10"));
-            QVERIFY(d.optFrame(1)->isChecked()); // changing the band chooses the transparency frame
+            QVERIFY(d.optFrame(1)->isChecked());  // changing the band chooses the transparency frame
+            QVERIFY(!d.optFrame(0)->isChecked()); // and only that one
             d.cmbTransLevel()->setEditText(QStringLiteral("40"));
             QVERIFY(!d.previewImage().isNull());
             d.Command1_Click();
@@ -344,6 +345,7 @@ private Q_SLOTS:
         whenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbThickness()->setEditText(QStringLiteral("4"));
             QVERIFY(d.optFrame(0)->isChecked());
+            QVERIFY(!d.optFrame(1)->isChecked());
             d.frameStyle(kFrameRaised)->click();
             d.Command1_Click();
         });
