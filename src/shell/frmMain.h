@@ -9,6 +9,9 @@
 #include "document/ToolContext.h"
 #include "document/ToolHost.h"
 #include "document/UndoRing.h"
+#include "imageops/Blend.h"
+#include "imageops/Borders.h"
+#include "imageops/Frames.h"
 #include "shell/MenuTable.h"
 #include "widgets/zolButton.h"
 
@@ -34,6 +37,7 @@ class QGridLayout;
 namespace velunta {
 
 class ColorStrip;
+class FrmSymbols;
 class RecoveryStore;
 class RecoveryWriter;
 struct RecoverySource;
@@ -130,10 +134,36 @@ public:
     // step; "Cancel" forgets both colours.
     void Replacecolors();
     void CancelReplace();
+    // Blending, borders and picture frames: Image > Blend Selection..., Blend Image
+    // From..., Picture Frames..., Borders... (also in the Tools menu and on the
+    // toolbar), and the reverse blends of the Effects menu.
+    void mnuBlendIt_Click();
+    void mnuPasteBlend_Click();
+    // Blends into the selection as blendState says: what lies under it (reflected with
+    // the selection tool), or `picTexture`, a picture from a file, for kBlendFromFile.
+    void BlendThePic(const QImage& picTexture = QImage());
+    // The toolbar's "Blend": the selection over what lies under it, at a quarter.
+    void CmdBlend_Click();
+    void mnuReverseBlendH1_Click(int index);
+    void mnuReverseBlendV1_Click(int index);
+    void mnuPicFrames_Click();
+    void mnuBorders_Click();
+    // The choices of the Blend, Picture Frames and Borders dialogs, kept for the run.
+    BlendState blendState;
+    FrameSettings frameSettings;
+    BorderSettings borderSettings;
+
     // The operations this window has built that the tool panels may call by name.
     QStringList builtOperations() const { return m_operations.keys(); }
     // Makes an operation available to the panels' buttons of that name.
     void registerOperation(const QString& name, const std::function<void()>& handler);
+
+    // Textures and stamps: Texture Fill tiles the picture or the selection with a
+    // texture chosen in FrmTextures; Symbols & Stamps (index 0) opens the stamp palette,
+    // which stays open beside the main window.
+    void mnuTexturefill_Click();
+    void mnusymbols_Click(int index);
+    FrmSymbols* symbols() const;
 
     // Canvas: size, rotation, flips, erase, invert, brightness and contrast. On the
     // floating selection while one shows, except Image Size and Erase Image, which drop
@@ -419,6 +449,7 @@ private:
     int MRUNext = 0;
     Color m_previewKey = kNoColor;
     QHash<QString, std::function<void()>> m_operations;
+    QPointer<FrmSymbols> m_symbols;
     bool m_exiting = false;
     std::unique_ptr<RecoveryStore> m_recoveryStore;
     std::unique_ptr<RecoveryWriter> m_recovery;

@@ -105,12 +105,12 @@ constexpr MenuRow kMenuRows[] = {
     {M::InvertImage, -1, M::Image, "InvertImage", "&Invert Image", R::Document, &F::InvertImage_Click},
     {M::mnugrayscale, -1, M::Image, "mnugrayscale", "Convert to Grayscale", R::Document, &F::mnugrayscale_Click},
     sep(M::split052, M::Image, "split052", kEasyHidden),
-    {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, {}, kEasyHidden},
-    {M::mnuPasteBlend, -1, M::Image, "mnuPasteBlend", "Blend Image From...", R::Document, {}, kEasyHidden},
+    {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, &F::mnuBlendIt_Click, kEasyHidden},
+    {M::mnuPasteBlend, -1, M::Image, "mnuPasteBlend", "Blend Image From...", R::Document, &F::mnuPasteBlend_Click, kEasyHidden},
     sep(M::split003, M::Image, "split003", kEasyHidden),
-    {M::mnuTexturefill, -1, M::Image, "mnuTexturefill", "Texture..."},
-    {M::mnuPicFrames, -1, M::Image, "mnuPicFrames", "Picture Frames...", R::Document, {}, kContextOnly},
-    {M::mnuBorders, -1, M::Image, "mnuBorders", "Borders...", R::Document, {}, kContextOnly},
+    {M::mnuTexturefill, -1, M::Image, "mnuTexturefill", "Texture...", R::Document, &F::mnuTexturefill_Click},
+    {M::mnuPicFrames, -1, M::Image, "mnuPicFrames", "Picture Frames...", R::Document, &F::mnuPicFrames_Click, kContextOnly},
+    {M::mnuBorders, -1, M::Image, "mnuBorders", "Borders...", R::Document, &F::mnuBorders_Click, kContextOnly},
     sep(M::split039, M::Image, "split039", kContextOnly),
     sub(M::mnuimageeffect, M::Image, "mnuimageeffect", "Brightness and Contrast", kContextOnly),
     {M::mnuImgeffects, 0, M::mnuimageeffect, "mnuImgeffects", "Brightness", R::Document, &F::mnuImgeffects_Click},
@@ -131,10 +131,10 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness...", R::Document, &F::mnuBright_Click},
     {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast...", R::Document, &F::mnuDark_Click},
     sep(M::niks036, M::mnuTools, "niks036", kEasyHidden),
-    {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps..."},
+    {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps...", R::Document, &F::mnusymbols_Click},
     sep(M::mnusymbols, M::mnuTools, "mnusymbols", 0, 1),
-    {M::mnusymbols, 2, M::mnuTools, "mnusymbols", "Picture Frames..."},
-    {M::mnusymbols, 3, M::mnuTools, "mnusymbols", "Borders..."},
+    {M::mnusymbols, 2, M::mnuTools, "mnusymbols", "Picture Frames...", R::Document, &F::mnuPicFrames_Click},
+    {M::mnusymbols, 3, M::mnuTools, "mnusymbols", "Borders...", R::Document, &F::mnuBorders_Click},
     {M::mnusymbols, 4, M::mnuTools, "mnusymbols", "reserved", R::Document, {}, kHidden},
     sep(M::niks037, M::mnuTools, "niks037"),
     {M::mnuwallpaper, -1, M::mnuTools, "mnuwallpaper", "Set as Wallpaper"},
@@ -168,23 +168,23 @@ constexpr MenuRow kMenuRows[] = {
     {M::Greyscale, 23, M::GreyScalemenu, "Greyscale", "Dusk Tone", R::Document, &F::Greyscale_Click},
     {M::Greyscale, 24, M::GreyScalemenu, "Greyscale", "City Night", R::Document, &F::Greyscale_Click},
     sub(M::mnuReverseBlendH, M::Filters, "mnuReverseBlendH", "Reverse Horizontal Blend"),
-    {M::mnuReverseBlendH1, 0, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Soft"},
-    {M::mnuReverseBlendH1, 1, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Medium"},
-    {M::mnuReverseBlendH1, 2, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Hard"},
-    {M::mnuReverseBlendH1, 3, M::mnuReverseBlendH, "mnuReverseBlendH1", "Mirror"},
-    {M::mnuReverseBlendH1, 4, M::mnuReverseBlendH, "mnuReverseBlendH1", "Invert"},
-    {M::mnuReverseBlendH1, 5, M::mnuReverseBlendH, "mnuReverseBlendH1", "Red"},
-    {M::mnuReverseBlendH1, 6, M::mnuReverseBlendH, "mnuReverseBlendH1", "Green"},
-    {M::mnuReverseBlendH1, 7, M::mnuReverseBlendH, "mnuReverseBlendH1", "Blue"},
+    {M::mnuReverseBlendH1, 0, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Soft", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 1, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Medium", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 2, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Hard", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 3, M::mnuReverseBlendH, "mnuReverseBlendH1", "Mirror", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 4, M::mnuReverseBlendH, "mnuReverseBlendH1", "Invert", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 5, M::mnuReverseBlendH, "mnuReverseBlendH1", "Red", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 6, M::mnuReverseBlendH, "mnuReverseBlendH1", "Green", R::Document, &F::mnuReverseBlendH1_Click},
+    {M::mnuReverseBlendH1, 7, M::mnuReverseBlendH, "mnuReverseBlendH1", "Blue", R::Document, &F::mnuReverseBlendH1_Click},
     sub(M::mnuReverseBlendV, M::Filters, "mnuReverseBlendV", "Reverse Vertical Blend"),
-    {M::mnuReverseBlendV1, 0, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Soft"},
-    {M::mnuReverseBlendV1, 1, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Medium"},
-    {M::mnuReverseBlendV1, 2, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Hard"},
-    {M::mnuReverseBlendV1, 3, M::mnuReverseBlendV, "mnuReverseBlendV1", "Mirror"},
-    {M::mnuReverseBlendV1, 4, M::mnuReverseBlendV, "mnuReverseBlendV1", "Invert"},
-    {M::mnuReverseBlendV1, 5, M::mnuReverseBlendV, "mnuReverseBlendV1", "Red"},
-    {M::mnuReverseBlendV1, 6, M::mnuReverseBlendV, "mnuReverseBlendV1", "Green"},
-    {M::mnuReverseBlendV1, 7, M::mnuReverseBlendV, "mnuReverseBlendV1", "Blue"},
+    {M::mnuReverseBlendV1, 0, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Soft", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 1, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Medium", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 2, M::mnuReverseBlendV, "mnuReverseBlendV1", "Normal Hard", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 3, M::mnuReverseBlendV, "mnuReverseBlendV1", "Mirror", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 4, M::mnuReverseBlendV, "mnuReverseBlendV1", "Invert", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 5, M::mnuReverseBlendV, "mnuReverseBlendV1", "Red", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 6, M::mnuReverseBlendV, "mnuReverseBlendV1", "Green", R::Document, &F::mnuReverseBlendV1_Click},
+    {M::mnuReverseBlendV1, 7, M::mnuReverseBlendV, "mnuReverseBlendV1", "Blue", R::Document, &F::mnuReverseBlendV1_Click},
     sep(M::split060, M::Filters, "split060"),
 
     top(M::mnuextra, "mnuextra", "E&xtra", R::Always),
@@ -262,7 +262,7 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document},                              // 5 "Print"
     {R::Clipboard, &F::Paste_Click},            // 6 "paste"
     {R::UndoRing, &F::Undo_Click},              // 7 "undo/redo"
-    {R::Document, {}, true},                    // 8 "picture frames"
+    {R::Document, &F::mnuPicFrames_Click, true}, // 8 "picture frames"
     {R::Document, &F::mnuEffectBrowser_Click, true}, // 9 "Effects Browser"
     {R::Document, &F::mnugrayscale_Click, true}, // 10 "Gray scale image"
     {R::Document, &F::ImageSize_Click, true},   // 11 "Size image"
@@ -272,9 +272,9 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document, &F::mnuDoDark_Click, true},   // 15 "darken image 10%"
     {R::Document, &F::InvertImage_Click, true}, // 16 "Invert image"
     {R::Document, &F::RevertSavedAndRecord},    // 17 "undo to last saved"
-    {R::Document, {}, true},                    // 18 "Fill image or selection with textures"
-    {R::Document, {}, true},                    // 19 "Blend"
-    {R::Document, {}, true},                    // 20 "Borders"
+    {R::Document, &F::mnuTexturefill_Click, true}, // 18 "Fill image or selection with textures"
+    {R::Selection, &F::CmdBlend_Click, true},    // 19 "Blend"
+    {R::Document, &F::mnuBorders_Click, true},  // 20 "Borders"
     {R::Document, {}, true},                    // 21 "Draw Advanced Bezier Curves"
     {R::Document, {}, true},                    // 22 "Draw Advanced Polygons"
 };
