@@ -4,6 +4,7 @@
 #include "core/Faults.h"
 #include "core/Prompt.h"
 #include "document/frmPaint.h"
+#include "effects/ExternalEffect.h"
 #include "files/RecoveryStore.h"
 #include "files/RecoveryWriter.h"
 #include "shell/ProgressStrip.h"
@@ -161,6 +162,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     };
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
+    guarded("RemoveOldEffects", [&] { RemoveOldEffects(); });
     guarded("GetSettings", [&] { GetSettings(false); });
     MRUDlist(1);
 
@@ -168,9 +170,12 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     say(tr("Please wait while initializing Velunta..."));
     if (m_services.splashWaits)
         WaitWithEvents(0.5);
+    guarded("ScanEffects", [&] { ScanEffects(); });
     guarded("LoadDrawSettings", [&] { m_controls->LoadDrawSettings(); });
     guarded("SelectTool", [&] { SelectTool(m_state.CurrentTool); });
     QCoreApplication::processEvents();
+    // An effect of old versions that the program no longer offers.
+    QFile::remove(m_services.AppFolder + QStringLiteral("effects/Special Gray.exe"));
 
     ValidateMenus();
 
@@ -247,6 +252,9 @@ void frmMain::closeEvent(QCloseEvent* event)
         event->ignore();
         return;
     }
+    // An effect program still awaited stops with the program.
+    if (m_external)
+        m_external->CancelWait();
     for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
         QFile::remove(m_services.AppFolder + QLatin1String(name));
     EndRecovery(true);
