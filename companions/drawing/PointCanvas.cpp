@@ -88,12 +88,14 @@ void PointCanvas::paintEvent(QPaintEvent*)
     painter.setRenderHint(QPainter::Antialiasing);
     const QVector<QPointF>& points = current.points;
     if (current.kind == ShapeKind::Bezier && points.size() > 2) {
-        // The pull of the points between: a thin line through all of them.
-        QPen guide(QColor(90, 90, 90), 1, Qt::DashLine);
-        painter.setPen(guide);
+        // The pull of the points between: a thin line through all of them, light on a
+        // dark edge so it shows on any picture.
         QVector<QPointF> view;
         for (const QPointF& p : points)
             view << toView(p);
+        painter.setPen(QPen(QColor(0, 0, 0, 150), 3));
+        painter.drawPolyline(view.constData(), int(view.size()));
+        painter.setPen(QPen(QColor(255, 255, 255), 1, Qt::DashLine));
         painter.drawPolyline(view.constData(), int(view.size()));
     }
     for (qsizetype i = 0; i < points.size(); ++i) {

@@ -208,6 +208,14 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
 frmPaint* frmMain::activeDocument() const
 {
     QMdiSubWindow* sw = m_mdi->activeSubWindow();
+    // While another program has the focus (an outside editor working on the picture),
+    // and for a moment after it comes back, the area has no active window; the picture
+    // is still the one last active.
+    if (!sw) {
+        const QList<QMdiSubWindow*> history = m_mdi->subWindowList(QMdiArea::ActivationHistoryOrder);
+        if (!history.isEmpty())
+            sw = history.last();
+    }
     if (!sw || !sw->isVisible() || sw->property("closing").toBool())
         return nullptr;
     return qobject_cast<frmPaint*>(sw->widget());

@@ -19,6 +19,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QMdiArea>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSettings>
@@ -381,6 +382,34 @@ private Q_SLOTS:
         const pid_t child = pid_t(ReadFile(pidFile).trimmed().toInt());
         QVERIFY(child > 0);
         QTRY_VERIFY(::kill(child, 0) != 0);
+    }
+
+    // The outside editor has the focus when it writes: the picture is still the one
+    // it was given, and the result comes back with its undo step.
+    void resultComesBackWhileAnotherWindowHasTheFocus()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("slow"),
+                     QStringLiteral("sleep 0.5\n") + kInvert);
+        frmPaint* form = f.newDocument(12, 8);
+        form->doc.Buffer.setPicture(pattern(12, 8));
+        const QImage before = form->doc.Buffer.Image().copy();
+        QApplication::setActiveWindow(&m);
+        QTRY_VERIFY(m.isActiveWindow());
+        // The focus goes to another program's window.
+        QTimer::singleShot(200, &m, [] {
+            QApplication::setActiveWindow(nullptr);
+            QEvent away(QEvent::ApplicationDeactivate);
+            QCoreApplication::sendEvent(qApp, &away);
+        });
+        m.RunEffect(QStringLiteral("slow"), false);
+        QVERIFY(!m.isActiveWindow());
+        QVERIFY(f.prompt.shown.isEmpty());
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), inverted(before)), 0);
+        QVERIFY(m.UndoEnabled());
+        m.Undo_Click();
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), before), 0);
     }
 
     void programsReadColoursAndThicknessFromTheSettings()
