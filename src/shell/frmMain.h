@@ -40,6 +40,7 @@ class RecoveryWriter;
 struct RecoverySource;
 struct FoundPicture;
 class frmControls;
+struct EffectsBrowserMemory;
 class frmPaint;
 class ProgressStrip;
 struct GridSettings;
@@ -181,6 +182,15 @@ public:
     // mnuextraplugins(i) for i from 4 on, each with its stored name as data; null past the last.
     QAction* PluginEntry(int index) const;
     ExternalEffect& externalEffect();
+    // Effects: the one-click filters of the Image and Effects menus and the Effects
+    // Browser (frmMain_Effects.cpp).
+    void Greyscale_Click(int index);
+    void mnugrayscale_Click();
+    void mnuDoBright_Click();
+    void mnuDoDark_Click();
+    void Filters_Click();
+    // Opens the Effects Browser on the picture or the floating selection.
+    void mnuEffectBrowser_Click();
 
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
@@ -387,6 +397,8 @@ private:
     ExternalEffect* m_external = nullptr; // a child of the window, made on first use
     QList<QAction*> m_filters;
     QList<QAction*> m_plugins; // mnuextraplugins(5) on; (4) is a row of the table
+    // Effects: what the Effects Browser keeps between two openings.
+    std::shared_ptr<EffectsBrowserMemory> m_effectsBrowser;
 };
 
 } // namespace velunta

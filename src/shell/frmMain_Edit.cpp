@@ -7,7 +7,7 @@
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "shell/Services.h"
 #include "tools/Selection.h"
 

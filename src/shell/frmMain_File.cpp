@@ -6,7 +6,7 @@
 #include "core/Surface.h"
 #include "document/frmPaint.h"
 #include "files/DialogAPI.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "imageops/frmNew.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
