@@ -10,7 +10,7 @@
 #include "bmpExport/ColorDepth.h"
 #include "effects/SampleEffects.h"
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 #include <QTemporaryDir>
 

@@ -1,7 +1,7 @@
 #include "exchange/ExchangeFile.h"
 
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 namespace velunta {
 

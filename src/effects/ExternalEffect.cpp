@@ -5,7 +5,7 @@
 #include "document/ImageCommand.h"
 #include "effects/Logging.h"
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 #include <QCoreApplication>
 #include <QDir>

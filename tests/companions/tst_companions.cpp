@@ -11,7 +11,7 @@
 #include "exchange/CompanionSettings.h"
 #include "exchange/ExchangeFile.h"
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "support/OutsideTools.h"
 #include "support/TestImages.h"
 #include "widgets/zolButton.h"
