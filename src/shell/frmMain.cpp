@@ -4,6 +4,7 @@
 #include "core/Faults.h"
 #include "core/Prompt.h"
 #include "document/frmPaint.h"
+#include "effects/ExternalEffect.h"
 #include "files/RecoveryStore.h"
 #include "files/RecoveryWriter.h"
 #include "shell/ProgressStrip.h"
@@ -211,6 +212,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     };
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
+    guarded("RemoveOldEffects", [&] { RemoveOldEffects(); });
     guarded("GetSettings", [&] { GetSettings(false); });
     MRUDlist(1);
 
@@ -218,9 +220,12 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     say(tr("Please wait while initializing Velunta..."));
     if (m_services.splashWaits)
         WaitWithEvents(1.0);
+    guarded("ScanEffects", [&] { ScanEffects(); });
     guarded("LoadDrawSettings", [&] { m_controls->LoadDrawSettings(); });
     guarded("SelectTool", [&] { SelectTool(m_state.CurrentTool); });
     QCoreApplication::processEvents();
+    // An effect of old versions that the program no longer offers.
+    QFile::remove(m_services.AppFolder + QStringLiteral("effects/Special Gray.exe"));
 
     ValidateMenus();
 
@@ -253,6 +258,14 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
 frmPaint* frmMain::activeDocument() const
 {
     QMdiSubWindow* sw = m_mdi->activeSubWindow();
+    // While another program has the focus (an outside editor working on the picture),
+    // and for a moment after it comes back, the area has no active window; the picture
+    // is still the one last active.
+    if (!sw) {
+        const QList<QMdiSubWindow*> history = m_mdi->subWindowList(QMdiArea::ActivationHistoryOrder);
+        if (!history.isEmpty())
+            sw = history.last();
+    }
     if (!sw || !sw->isVisible() || sw->property("closing").toBool())
         return nullptr;
     return qobject_cast<frmPaint*>(sw->widget());
@@ -298,6 +311,9 @@ void frmMain::closeEvent(QCloseEvent* event)
         for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
             QFile::remove(m_services.AppFolder + QLatin1String(name));
     }
+    // An effect program still awaited stops with the program.
+    if (m_external)
+        m_external->CancelWait();
     EndRecovery(true);
     m_exiting = true;
     event->accept();

@@ -37,6 +37,7 @@ class QGridLayout;
 namespace velunta {
 
 class ColorStrip;
+class ExternalEffect;
 class FrmSymbols;
 class RecoveryStore;
 class RecoveryWriter;
@@ -224,6 +225,24 @@ public:
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
+    // External effect programs and plug-ins: the programs of the effects folder in the
+    // Effects menu, the Plugin_* programs in Extra > Plugin, and the companion tools.
+    // Each takes the picture through temp/effect.bmp and gives it back as one undo step.
+    void RemoveOldEffects();
+    void ScanEffects();
+    // fullPath false: fileName lies in the effects folder; true: it is used as it stands
+    // (a name without a folder lies in the program's folder).
+    void RunEffect(const QString& fileName, bool fullPath);
+    void Filter_Click(int index);
+    void mnuextraplugins_Click(int index);
+    void mnuBezier_Click();
+    void mnuPolygons_Click();
+    void mnucolordepth_Click();
+    // The Effects menu's program entries Filter(0..n), each with its file name as data.
+    const QList<QAction*>& Filter() const { return m_filters; }
+    // mnuextraplugins(i) for i from 4 on, each with its stored name as data; null past the last.
+    QAction* PluginEntry(int index) const;
+    ExternalEffect& externalEffect();
     // Effects: the one-click filters of the Image and Effects menus and the Effects
     // Browser (frmMain_Effects.cpp).
     void Greyscale_Click(int index);
@@ -456,6 +475,13 @@ private:
     // Busy states open now, and the one that started the progress strip (0: none).
     int m_busyDepth = 0;
     int m_progressDepth = 0;
+
+    // External effect programs and plug-ins.
+    void runExternal(const QString& program, const QString& name, const QStringList& arguments = {});
+    void enableExternalEffects(bool document);
+    ExternalEffect* m_external = nullptr; // a child of the window, made on first use
+    QList<QAction*> m_filters;
+    QList<QAction*> m_plugins; // mnuextraplugins(5) on; (4) is a row of the table
     // Effects: what the Effects Browser keeps between two openings.
     std::shared_ptr<EffectsBrowserMemory> m_effectsBrowser;
 };

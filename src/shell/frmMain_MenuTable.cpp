@@ -123,11 +123,11 @@ constexpr MenuRow kMenuRows[] = {
     {M::EraseImage, 2, M::mnuEraseImage, "EraseImage", "Current background color", R::Document, &F::EraseImage_Click},
 
     top(M::mnuTools, "mnuTools", "&Tools", R::Document),
-    {M::mnuBezier, -1, M::mnuTools, "mnuBezier", "Advanced &Bezier Curves...", R::Document, {}, kEasyHidden},
-    {M::mnuPolygons, -1, M::mnuTools, "mnuPolygons", "Advanced &Polygons...", R::Document, {}, kEasyHidden},
+    {M::mnuBezier, -1, M::mnuTools, "mnuBezier", "Advanced &Bezier Curves...", R::Document, &F::mnuBezier_Click, kEasyHidden},
+    {M::mnuPolygons, -1, M::mnuTools, "mnuPolygons", "Advanced &Polygons...", R::Document, &F::mnuPolygons_Click, kEasyHidden},
     sep(M::niks052, M::mnuTools, "niks052", kEasyHidden),
     {M::mnudetailedit, -1, M::mnuTools, "mnudetailedit", "Detailed Editing", R::Document, &F::PrepEditDetail},
-    {M::mnucolordepth, -1, M::mnuTools, "mnucolordepth", "Color Depth and Dither Control...", R::Document, {}, kEasyHidden},
+    {M::mnucolordepth, -1, M::mnuTools, "mnucolordepth", "Color Depth and Dither Control...", R::Document, &F::mnucolordepth_Click, kEasyHidden},
     {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness...", R::Document, &F::mnuBright_Click},
     {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast...", R::Document, &F::mnuDark_Click},
     sep(M::niks036, M::mnuTools, "niks036", kEasyHidden),
@@ -200,7 +200,7 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuextraplugins, 1, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
     {M::mnuextraplugins, 2, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
     {M::mnuextraplugins, 3, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
-    {M::mnuextraplugins, 4, M::mnuextraplugin, "mnuextraplugins", "", R::Document, {}, kHidden},
+    {M::mnuextraplugins, 4, M::mnuextraplugin, "mnuextraplugins", "", R::Document, &F::mnuextraplugins_Click, kHidden},
 
     top(M::mnuView, "mnuView", "&View", R::Document),
     sub(M::mnuZoom, M::mnuView, "mnuZoom", "Zoom"),
@@ -275,8 +275,8 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document, &F::mnuTexturefill_Click, true}, // 18 "Fill image or selection with textures"
     {R::Selection, &F::CmdBlend_Click, true},    // 19 "Blend"
     {R::Document, &F::mnuBorders_Click, true},  // 20 "Borders"
-    {R::Document, {}, true},                    // 21 "Draw Advanced Bezier Curves"
-    {R::Document, {}, true},                    // 22 "Draw Advanced Polygons"
+    {R::Document, &F::mnuBezier_Click, true},   // 21 "Draw Advanced Bezier Curves"
+    {R::Document, &F::mnuPolygons_Click, true}, // 22 "Draw Advanced Polygons"
 };
 // clang-format on
 

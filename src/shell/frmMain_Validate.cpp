@@ -98,6 +98,7 @@ void frmMain::ValidateMenus()
     }
     if (m_colorStrip)
         m_colorStrip->setPaletteEnabled(form != nullptr);
+    enableExternalEffects(form != nullptr);
 }
 
 void frmMain::SetUndoEnabled(bool enabled)

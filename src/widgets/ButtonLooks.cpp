@@ -2,6 +2,8 @@
 
 #include "widgets/zolButton.h"
 
+#include <QDialog>
+
 namespace velunta {
 
 namespace {
@@ -49,6 +51,16 @@ zolButton* AddDialogButton(QDialogButtonBox* box, const QString& caption, QDialo
     if (role == QDialogButtonBox::AcceptRole)
         b->setDefault(true);
     return b;
+}
+
+QDialogButtonBox* OkCancelButtons(QDialog* dialog)
+{
+    auto* box = new QDialogButtonBox(dialog);
+    AddDialogButton(box, QDialog::tr("OK"), QDialogButtonBox::AcceptRole, QStringLiteral("cmdOK"));
+    AddDialogButton(box, QDialog::tr("Cancel"), QDialogButtonBox::RejectRole, QStringLiteral("cmdCancel"));
+    QObject::connect(box, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+    QObject::connect(box, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    return box;
 }
 
 } // namespace velunta

@@ -6,6 +6,8 @@
 
 #include <QDialogButtonBox>
 
+class QDialog;
+
 namespace velunta {
 
 class zolButton;
@@ -27,5 +29,9 @@ void BarLook(zolButton* b, int style, Color back, Color hover);
 // the default button, which Enter clicks.
 zolButton* AddDialogButton(QDialogButtonBox* box, const QString& caption, QDialogButtonBox::ButtonRole role,
                            const QString& name = QString());
+
+// The OK and Cancel keys of a dialog, named cmdOK and cmdCancel: OK is the default and
+// accepts, Cancel rejects. The caller places the box.
+QDialogButtonBox* OkCancelButtons(QDialog* dialog);
 
 } // namespace velunta

@@ -44,16 +44,6 @@ void invertColumns(ImageCommand& c, int columns)
     }
 }
 
-bool windowUsable(frmMain& m)
-{
-    if (!m.menuBar()->isEnabled() || m.progress()->isVisible() || QApplication::overrideCursor())
-        return false;
-    for (QWidget* w : m.centralWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
-        if (!w->isEnabled())
-            return false;
-    return true;
-}
-
 } // namespace
 
 class tst_Commands : public QObject {
@@ -99,7 +89,7 @@ private Q_SLOTS:
         });
         QVERIFY(busyInside);
         QVERIFY(!changed);
-        QVERIFY(windowUsable(m));
+        QVERIFY(WindowUsable(m));
         QVERIFY(!doc.Dirty);
         const QImage slot = doc.UndoSlots[m.undo().UndoWriteSlot - 1]->toImage();
         QCOMPARE(DifferingPixels(slot, picture), 0);
@@ -154,7 +144,7 @@ private Q_SLOTS:
             }
         });
         QCOMPARE(columns, 5);
-        QVERIFY(windowUsable(m));
+        QVERIFY(WindowUsable(m));
     }
 
     void commandThatChangesNothingLeavesPictureClean()

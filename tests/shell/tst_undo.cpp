@@ -12,6 +12,8 @@
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QToolButton>
 #include <QtTest>
 
@@ -55,6 +57,27 @@ private Q_SLOTS:
         QVERIFY(!m.undo().UndoSuppressed);
         f.drag(*form, {2, 20}, {20, 20});
         QCOMPARE(m.undo().UndoWriteSlot, 4); // records again
+    }
+
+    // Another program had the focus and put something on the clipboard: the picture
+    // stayed the one to undo on, and its steps stayed.
+    void undoStepsSurviveTheFocusLeavingVelunta()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        frmPaint* form = f.newDocument(40, 30);
+        QApplication::setActiveWindow(&m);
+        m.Cmd(1)->click();
+        f.drag(*form, {2, 2}, {20, 2});
+        QCOMPARE(m.undo().UndoWriteSlot, 2);
+        QApplication::setActiveWindow(nullptr);
+        QEvent away(QEvent::ApplicationDeactivate);
+        QCoreApplication::sendEvent(qApp, &away);
+        QApplication::clipboard()->setText(QStringLiteral("from another program"));
+        MainWindowFixture::settle();
+        QCOMPARE(m.activeDocument(), form);
+        QCOMPARE(m.undo().UndoWriteSlot, 2);
+        QVERIFY(m.UndoEnabled());
     }
 
     void wrapReloadsTheSavedFile()

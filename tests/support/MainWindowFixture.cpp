@@ -1,14 +1,27 @@
 #include "support/MainWindowFixture.h"
 
 #include "document/frmPaint.h"
+#include "shell/ProgressStrip.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QDir>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QSettings>
 
 namespace velunta::test {
+
+bool WindowUsable(frmMain& m)
+{
+    if (!m.menuBar()->isEnabled() || m.progress()->isVisible() || QApplication::overrideCursor())
+        return false;
+    for (QWidget* w : m.centralWidget()->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (!w->isEnabled())
+            return false;
+    return true;
+}
 
 MainWindowFixture::MainWindowFixture(bool fresh, RecoveryPrompt* recovery, const QString& appFolder)
 {

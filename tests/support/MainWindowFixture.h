@@ -17,6 +17,10 @@ class frmPaint;
 
 namespace velunta::test {
 
+// The window takes input again: menus and panels enabled, no progress strip and no
+// wait cursor.
+bool WindowUsable(frmMain& m);
+
 class MainWindowFixture {
 public:
     // fresh: start from an empty settings store, as on a first run. With `recovery` the

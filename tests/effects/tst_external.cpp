@@ -1,0 +1,457 @@
+// Effect programs outside Velunta, in the running window: the menus list what the
+// effects folder and the program's folder hold; a program that inverts the picture
+// changes it by one undo step, on the selection when one shows; every way a program
+// can fail (crash, no result, garbage, a cut-short or absurd BMP, another format, the
+// file deleted, a program that hangs) leaves the picture as it was, says why where
+// something went wrong, and gives the window back.
+
+#include "core/Gdi.h"
+#include "core/SettingsStore.h"
+#include "document/frmPaint.h"
+#include "effects/ExternalEffect.h"
+#include "exchange/CompanionSettings.h"
+#include "shell/ProgressStrip.h"
+#include "support/FakeHost.h"
+#include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QMdiArea>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSettings>
+#include <QTimer>
+#include <QtEndian>
+#include <QtTest>
+
+#include <csignal>
+
+using namespace velunta;
+using namespace velunta::test;
+
+namespace {
+
+QImage pattern(int w, int h)
+{
+    return MakeImage(w, h, [](int x, int y) { return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256); });
+}
+
+QImage inverted(QImage image)
+{
+    image.invertPixels();
+    return image;
+}
+
+// A shell script in `folder` that ImageMagick's convert and the shell make into an
+// effect program; "$1" is the exchange file.
+QString writeProgram(const QString& folder, const QString& name, const QString& body)
+{
+    QDir().mkpath(folder);
+    const QString path = folder + u'/' + name;
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly))
+        return {};
+    file.write("#!/bin/sh\n" + body.toUtf8() + '\n');
+    file.close();
+    file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
+    return path;
+}
+
+const QString kInvert = QStringLiteral("convert \"$1\" -negate \"BMP3:$1\"");
+
+// A BMP header that claims 100000 x 100000 pixels, and no pixels.
+QByteArray hugeHeader()
+{
+    QByteArray b(54, '\0');
+    b[0] = 'B';
+    b[1] = 'M';
+    qToLittleEndian<quint32>(54, b.data() + 10);
+    qToLittleEndian<quint32>(40, b.data() + 14);
+    qToLittleEndian<qint32>(100000, b.data() + 18);
+    qToLittleEndian<qint32>(100000, b.data() + 22);
+    qToLittleEndian<quint16>(1, b.data() + 26);
+    qToLittleEndian<quint16>(24, b.data() + 28);
+    return b;
+}
+
+} // namespace
+
+class tst_External : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase()
+    {
+        if (!HaveTool(QStringLiteral("convert")))
+            QSKIP("ImageMagick's convert makes the test programs");
+    }
+
+    void captions_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("caption");
+        QTest::newRow("plain") << "Sepia"
+                               << "Sepia";
+        QTest::newRow("first letter up") << "oil paint"
+                                         << "Oil paint";
+        QTest::newRow("cut at .exe") << "blur.exe"
+                                     << "Blur";
+        QTest::newRow("cut at the first .exe") << "my.exe tool.exe"
+                                               << "My";
+        QTest::newRow(".exe is matched as written") << "Gray.EXE"
+                                                    << "Gray.EXE";
+        QTest::newRow("leading degree sign") << QStringLiteral("\u00b0special.exe") << "Special";
+        QTest::newRow("only an extension") << ".exe"
+                                           << "";
+        QTest::newRow("other extensions stay") << "frame.sh"
+                                               << "Frame.sh";
+    }
+    void captions()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, caption);
+        QCOMPARE(EffectCaption(file), caption);
+    }
+
+    void menusListTheProgramsFound()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString effects = f.appFolder() + QStringLiteral("effects");
+        writeProgram(effects, QStringLiteral("b effect"), QStringLiteral("exit 0"));
+        writeProgram(effects, QStringLiteral("A.exe"), QStringLiteral("exit 0"));
+        writeProgram(effects, QStringLiteral("Tom & Jerry"), QStringLiteral("exit 0"));
+        writeProgram(effects, QStringLiteral(".hidden"), QStringLiteral("exit 0"));
+        QVERIFY(WriteFile(effects + QStringLiteral("/readme.txt"), "not a program"));
+        QDir(effects).mkdir(QStringLiteral("folder"));
+        QFile::link(effects + QStringLiteral("/gone"), effects + QStringLiteral("/dangling"));
+        writeProgram(f.appFolder(), QStringLiteral("Plugin_Zoom.exe"), QStringLiteral("exit 0"));
+        writeProgram(f.appFolder(), QStringLiteral("Plugin_frame"), QStringLiteral("exit 0"));
+        writeProgram(f.appFolder(), QStringLiteral("NoPlugin_x"), QStringLiteral("exit 0"));
+        m.ScanEffects();
+
+        QStringList captions, names;
+        for (QAction* a : m.Filter()) {
+            captions << a->text();
+            names << a->data().toString();
+            QCOMPARE(a->parent(), m.menu(MenuId::Filters));
+            QVERIFY(!a->isEnabled()); // no picture open
+        }
+        QCOMPARE(captions, QStringList({"A", "B effect", "Tom && Jerry"}));
+        QCOMPARE(names, QStringList({"A.exe", "b effect", "Tom & Jerry"}));
+        QVERIFY(m.action(MenuId::split060)->isVisible());
+        QVERIFY(m.action(MenuId::mnuextraplugin)->isVisible());
+        QCOMPARE(m.PluginEntry(4)->text(), QStringLiteral("Frame"));
+        QCOMPARE(m.PluginEntry(5)->text(), QStringLiteral("Zoom"));
+        QCOMPARE(m.PluginEntry(5)->data().toString(), QStringLiteral("Zoom.exe"));
+        QVERIFY(!m.PluginEntry(6));
+        QVERIFY(!m.PluginEntry(5)->isEnabled());
+
+        f.newDocument();
+        for (QAction* a : m.Filter())
+            QVERIFY(a->isEnabled());
+        QVERIFY(m.PluginEntry(4)->isEnabled() && m.PluginEntry(5)->isEnabled());
+
+        // Emptied folders: no entries, no empty submenu, no separator at the end.
+        QDir(effects).removeRecursively();
+        QFile::remove(f.appFolder() + QStringLiteral("Plugin_Zoom.exe"));
+        QFile::remove(f.appFolder() + QStringLiteral("Plugin_frame"));
+        m.ScanEffects();
+        QVERIFY(m.Filter().isEmpty());
+        QVERIFY(!m.action(MenuId::split060)->isVisible());
+        QVERIFY(!m.action(MenuId::mnuextraplugin)->isVisible());
+        QVERIFY(!m.PluginEntry(4));
+    }
+
+    void oldEffectsGoOnAFirstRunOnly()
+    {
+        QTemporaryDir dir;
+        const QString effects = dir.path() + QStringLiteral("/effects");
+        const QStringList old = {"Blur.exe", "Brighten.exe", "Darken.exe", "Emboss.exe", "GrayScale.exe"};
+        const QStringList kept = {"Blur", "Sepia", "blur.exe"};
+        auto populate = [&] {
+            for (const QString& name : old + kept)
+                writeProgram(effects, name, QStringLiteral("exit 0"));
+        };
+        populate();
+        RemoveOldEffects(dir.path(), QStringLiteral("3.0.0"));
+        QCOMPARE(QDir(effects).entryList(QDir::Files).size(), old.size() + kept.size());
+        RemoveOldEffects(dir.path(), QString());
+        QStringList left = QDir(effects).entryList(QDir::Files);
+        left.sort();
+        QStringList expected = kept;
+        expected.sort();
+        QCOMPARE(left, expected);
+    }
+
+    // Every way a program can end, from the one that works to the ones that fail.
+    void runEffect_data()
+    {
+        QTest::addColumn<QString>("body");
+        QTest::addColumn<bool>("changes");
+        QTest::addColumn<QString>("message"); // a part of the box's text; empty: no box
+
+        QTest::newRow("inverts") << kInvert << true << "";
+        QTest::newRow("exits at once") << "exit 0" << false << "";
+        QTest::newRow("crashes") << "kill -SEGV $$" << false << "stopped unexpectedly";
+        QTest::newRow("exits with an error") << "exit 3" << false << "ended with error 3";
+        QTest::newRow("writes garbage")
+            << "printf 'no picture at all' > \"$1\"" << false << "did not give back a BMP picture";
+        QTest::newRow("writes an empty file") << ": > \"$1\"" << false << "did not give back a BMP picture";
+        QTest::newRow("writes another format")
+            << "convert \"$1\" \"PNG:$1\"" << false << "did not give back a BMP picture";
+        QTest::newRow("writes a cut-short BMP")
+            << "head -c 300 \"$1\" > \"$1.part\" && mv \"$1.part\" \"$1\"" << false << "can't be read";
+        QTest::newRow("writes a 100000 x 100000 header") << "cp \"$HUGE\" \"$1\"" << false << "can't be read";
+        QTest::newRow("deletes the file") << "rm \"$1\"" << false << "removed the picture";
+        QTest::newRow("writes, then keeps its window open")
+            << kInvert + QStringLiteral("\nexec sleep 30") << true << "";
+        QTest::newRow("writes slowly in pieces")
+            << "convert \"$1\" -negate \"BMP3:$1.new\" && head -c 100 \"$1.new\" > \"$1\" && sleep 0.4 && "
+               "cat \"$1.new\" > \"$1\" && rm \"$1.new\""
+            << true << "";
+    }
+    void runEffect()
+    {
+        QFETCH(QString, body);
+        QFETCH(bool, changes);
+        QFETCH(QString, message);
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString huge = f.appFolder() + QStringLiteral("huge.bmp");
+        QVERIFY(WriteFile(huge, hugeHeader()));
+        qputenv("HUGE", QFile::encodeName(huge));
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("effect"), body);
+        frmPaint* form = f.newDocument(24, 16);
+        Document& doc = form->doc;
+        doc.Buffer.setPicture(pattern(24, 16));
+        const QImage before = doc.Buffer.Image().copy();
+        const int slot = m.undo().UndoWriteSlot;
+
+        QElapsedTimer clock;
+        clock.start();
+        m.RunEffect(QStringLiteral("effect"), false);
+        // A program that stays open after writing holds nothing up.
+        QVERIFY(clock.elapsed() < 10000);
+
+        QVERIFY(WindowUsable(m));
+        QVERIFY(!m.externalEffect().EffectRunning);
+        const QString exchange = f.appFolder() + QStringLiteral("temp/effect.bmp");
+        if (changes) {
+            QCOMPARE(DifferingPixels(doc.Buffer.Image(), inverted(before)), 0);
+            QVERIFY(doc.Dirty);
+            QVERIFY(m.UndoEnabled());
+            QVERIFY(!QFile::exists(exchange)); // deleted after the load
+            m.Undo_Click();
+            QCOMPARE(DifferingPixels(doc.Buffer.Image(), before), 0);
+        } else {
+            QCOMPARE(DifferingPixels(doc.Buffer.Image(), before), 0);
+            QVERIFY(!doc.Dirty);
+            QCOMPARE(m.undo().UndoWriteSlot, slot); // no undo step was taken
+        }
+        if (message.isEmpty()) {
+            QVERIFY2(f.prompt.shown.isEmpty(), qPrintable(f.prompt.shown.value(0).text));
+        } else {
+            QCOMPARE(f.prompt.shown.size(), 1);
+            QVERIFY2(f.prompt.shown[0].text.contains(message), qPrintable(f.prompt.shown[0].text));
+            QCOMPARE(f.prompt.shown[0].title, QStringLiteral("Error loading effect"));
+        }
+        if (body == QLatin1String("exit 0"))
+            QVERIFY(QFile::exists(exchange)); // left as it stood
+    }
+
+    void missingProgramShowsItsErrorNumber_data()
+    {
+        QTest::addColumn<bool>("exists");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("not there") << false << "effect err:53";
+        QTest::newRow("not a program") << true << "effect err:70";
+    }
+    void missingProgramShowsItsErrorNumber()
+    {
+        QFETCH(bool, exists);
+        QFETCH(QString, message);
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        if (exists) {
+            QDir().mkpath(f.appFolder() + QStringLiteral("effects"));
+            QVERIFY(WriteFile(f.appFolder() + QStringLiteral("effects/effect"), "#!/bin/sh\n"));
+        }
+        frmPaint* form = f.newDocument(8, 8);
+        const QImage before = form->doc.Buffer.Image().copy();
+        m.RunEffect(QStringLiteral("effect"), false);
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QVERIFY2(f.prompt.shown[0].text.startsWith(message), qPrintable(f.prompt.shown[0].text));
+        QCOMPARE(f.prompt.shown[0].style, int(vbExclamation));
+        QVERIFY(WindowUsable(m));
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), before), 0);
+    }
+
+    void selectionAloneIsHandedOverAndReplaced()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString effects = f.appFolder() + QStringLiteral("effects");
+        // The program records the size it was given.
+        writeProgram(effects, QStringLiteral("invert"),
+                     QStringLiteral("identify -format '%w %h' \"$1\" > \"$1.size\"\n") + kInvert);
+        frmPaint* form = f.newDocument(40, 30);
+        Document& doc = form->doc;
+        doc.Buffer.setPicture(pattern(40, 30));
+        const QRect where(8, 4, 10, 12);
+        ShowFloat(doc, where, RGB(200, 10, 10));
+        doc.SelectionLifted = false;
+        const QImage around = doc.Buffer.Image().copy();
+        m.ScanEffects();
+        m.Filter().first()->trigger();
+        QCOMPARE(ReadFile(f.appFolder() + QStringLiteral("temp/effect.bmp.size")), QByteArray("10 12"));
+        QCOMPARE(GetPixel(doc.BufferSelected, 3, 3), RGB(55, 245, 245));
+        QImage expected = around;
+        for (int y = where.top(); y <= where.bottom(); ++y)
+            for (int x = where.left(); x <= where.right(); ++x)
+                expected.setPixel(x, y, ToQRgb(RGB(55, 245, 245)));
+        QCOMPARE(DifferingPixels(doc.Buffer.Image(), expected), 0);
+    }
+
+    void resultOfAnotherSize()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("half"),
+                     QStringLiteral("convert \"$1\" -sample 50% \"BMP3:$1\""));
+        frmPaint* form = f.newDocument(40, 30);
+        Document& doc = form->doc;
+        doc.Buffer.setPicture(pattern(40, 30));
+        // On a selection the size can't change: nothing does.
+        ShowFloat(doc, QRect(2, 2, 10, 10), RGB(0, 0, 255));
+        m.RunEffect(QStringLiteral("half"), false);
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QVERIFY(f.prompt.shown[0].text.contains(QLatin1String("5 x 5 pixels for a selection of 10 x 10")));
+        QCOMPARE(doc.BufferSelected.Image().size(), QSize(10, 10));
+        // The whole picture takes the new size, and Undo Resize has the old one.
+        doc.SelectArea.Visible = false;
+        m.RunEffect(QStringLiteral("half"), false);
+        QCOMPARE(doc.Buffer.Image().size(), QSize(20, 15));
+        QVERIFY(m.action(MenuId::UndoResize)->isEnabled());
+        m.UndoResize_Click();
+        QCOMPARE(doc.Buffer.Image().size(), QSize(40, 30));
+    }
+
+    void namesWithBlanksAndShellCharactersRunWithoutAShell()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString name = QStringLiteral("it's a \"b\" $(touch PWNED); & `touch PWNED2` x.exe y");
+        writeProgram(f.appFolder() + QStringLiteral("effects"), name, kInvert);
+        frmPaint* form = f.newDocument(12, 8);
+        const QImage before = form->doc.Buffer.Image().copy();
+        m.ScanEffects();
+        QCOMPARE(m.Filter().size(), 1);
+        QCOMPARE(m.Filter()[0]->text(), QStringLiteral("It's a \"b\" $(touch PWNED); && `touch PWNED2` x"));
+        m.Filter()[0]->trigger();
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), inverted(before)), 0);
+        QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("PWNED")));
+        QVERIFY(!QFile::exists(f.appFolder() + QStringLiteral("PWNED2")));
+    }
+
+    void escapeStopsAProgramThatHangs()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        const QString pidFile = f.appFolder() + QStringLiteral("pid");
+        // A script whose child does the waiting: Esc must stop both.
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("hang"),
+                     QStringLiteral("sleep 60 &\necho $! > \"%1\"\nwait").arg(pidFile));
+        frmPaint* form = f.newDocument(12, 8);
+        const QImage before = form->doc.Buffer.Image().copy();
+        bool strip = false;
+        QTimer::singleShot(600, &m, [&] {
+            strip = m.progress()->isVisible() && m.externalEffect().EffectRunning;
+            QTest::keyClick(m.progress(), Qt::Key_Escape);
+        });
+        QElapsedTimer clock;
+        clock.start();
+        m.RunEffect(QStringLiteral("hang"), false);
+        QVERIFY(clock.elapsed() < 5000);
+        QVERIFY(strip); // the strip showed while it waited
+        QVERIFY(WindowUsable(m));
+        QVERIFY(f.prompt.shown.isEmpty());
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), before), 0);
+        const pid_t child = pid_t(ReadFile(pidFile).trimmed().toInt());
+        QVERIFY(child > 0);
+        QTRY_VERIFY(::kill(child, 0) != 0);
+    }
+
+    // The outside editor has the focus when it writes: the picture is still the one
+    // it was given, and the result comes back with its undo step.
+    void resultComesBackWhileAnotherWindowHasTheFocus()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("slow"),
+                     QStringLiteral("sleep 0.5\n") + kInvert);
+        frmPaint* form = f.newDocument(12, 8);
+        form->doc.Buffer.setPicture(pattern(12, 8));
+        const QImage before = form->doc.Buffer.Image().copy();
+        QApplication::setActiveWindow(&m);
+        QTRY_VERIFY(m.isActiveWindow());
+        // The focus goes to another program's window.
+        QTimer::singleShot(200, &m, [] {
+            QApplication::setActiveWindow(nullptr);
+            QEvent away(QEvent::ApplicationDeactivate);
+            QCoreApplication::sendEvent(qApp, &away);
+        });
+        m.RunEffect(QStringLiteral("slow"), false);
+        QVERIFY(!m.isActiveWindow());
+        QVERIFY(f.prompt.shown.isEmpty());
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), inverted(before)), 0);
+        QVERIFY(m.UndoEnabled());
+        m.Undo_Click();
+        QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), before), 0);
+    }
+
+    void programsReadColoursAndThicknessFromTheSettings()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        // Fake editors beside the program, which a user's own copies would be.
+        writeProgram(f.appFolder(), QStringLiteral("VeluntaExt1"), QStringLiteral("exit 0"));
+        writeProgram(f.appFolder(), QStringLiteral("VeluntaExt2"), QStringLiteral("exit 0"));
+        f.newDocument(8, 8);
+        m.state().ForeColor = RGB(10, 20, 30);
+        m.state().BackColor = RGB(40, 50, 60);
+        m.state().SelectorValues[6].Value = 7;
+        m.action(MenuId::mnuBezier)->trigger();
+        CompanionSettings seen = ReadCompanionSettings();
+        QCOMPARE(seen.SelectedColor, RGB(10, 20, 30));
+        QCOMPARE(seen.SelectedBackColor, RGB(40, 50, 60));
+        QCOMPARE(seen.CircleThickness, 7);
+        m.state().SelectorValues[6].Value = 9;
+        m.CmdCommands(22)->click();
+        seen = ReadCompanionSettings();
+        QCOMPARE(seen.LineThickness, 9);
+        QVERIFY(f.prompt.shown.isEmpty());
+    }
+
+    // Last: the close ends the application's event loops for the rest of the process.
+    void closingVeluntaEndsTheWait()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("hang"),
+                     QStringLiteral("exec sleep 60"));
+        f.newDocument(12, 8);
+        QTimer::singleShot(500, &m, [&] { m.close(); });
+        QElapsedTimer clock;
+        clock.start();
+        m.RunEffect(QStringLiteral("hang"), false);
+        QVERIFY(clock.elapsed() < 5000);
+        QVERIFY(!m.externalEffect().EffectRunning);
+        QVERIFY(f.prompt.shown.isEmpty());
+    }
+};
+
+QTEST_MAIN(tst_External)
+#include "tst_external.moc"
