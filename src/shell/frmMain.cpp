@@ -161,6 +161,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     };
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
+    guarded("FindIrfanView", [&] { FindIrfanView(); });
     guarded("GetSettings", [&] { GetSettings(false); });
     MRUDlist(1);
 

@@ -102,9 +102,7 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
     busy.end();
     // A save the user stopped with Esc is no error: the picture simply stays unsaved.
     if (!written && failure.error != WriteError::Cancelled)
-        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
-                                     QStringLiteral(" - ") + failure.reason,
-                                 vbOKOnly, QStringLiteral("Velunta"));
+        showSaveError(failure);
     if (!written)
         return false;
     Document& doc = form->doc;
@@ -116,6 +114,13 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
     enable(MenuId::mnuundorevert, true);
     MRUDlist(2, fileName);
     return true;
+}
+
+void frmMain::showSaveError(const WriteFailure& failure)
+{
+    m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
+                                 QStringLiteral(" - ") + failure.reason,
+                             vbOKOnly, QStringLiteral("Velunta"));
 }
 
 void frmMain::mnuExportBMP_Click()

@@ -91,6 +91,7 @@ void frmMain::ValidateMenus()
     }
     if (m_colorStrip)
         m_colorStrip->setPaletteEnabled(form != nullptr);
+    validateOutsideTools();
 }
 
 void frmMain::SetUndoEnabled(bool enabled)
