@@ -5,7 +5,7 @@
 #include "files/BmpWriter.h"
 #include "files/GIF.h"
 #include "files/JpegWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 #include <QFile>
 #include <QImage>

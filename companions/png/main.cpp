@@ -8,7 +8,7 @@
 // Every file is written whole or not at all.
 
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 
 #include <QFile>
 #include <QFileInfo>

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <unistd.h>
 
 namespace {
 
@@ -35,6 +36,32 @@ int fail(Exit code, const char* what, SANE_Status status = SANE_STATUS_GOOD)
         std::fprintf(stderr, "%s\n", what);
     else
         std::fprintf(stderr, "%s: %s\n", what, sane_strstatus(status));
+    return code;
+}
+
+// How long the driver may take to let go of the device once the page is done or has
+// failed. Some drivers wait on their reader for good after a failed read (SANE's test
+// device after a jam, now and then); the outcome is known by then, so the program ends
+// with it rather than hang until Velunta gives up.
+constexpr unsigned kReleaseSeconds = 10;
+volatile std::sig_atomic_t g_exitCode = kFailed;
+
+void onReleaseTooLong(int)
+{
+    _exit(int(g_exitCode));
+}
+
+// Cancels and closes the device, with `code` as the program's end should that hang.
+int releaseDevice(SANE_Handle handle, int code)
+{
+    g_handle = nullptr;
+    g_exitCode = code;
+    std::fflush(stdout);
+    std::fflush(stderr);
+    std::signal(SIGALRM, onReleaseTooLong);
+    alarm(kReleaseSeconds); // stays armed through sane_exit
+    sane_cancel(handle);
+    sane_close(handle);
     return code;
 }
 
@@ -157,13 +184,9 @@ int scanPage(QByteArray device, const QString& file)
             p.format == SANE_FRAME_RED || p.format == SANE_FRAME_GREEN || p.format == SANE_FRAME_BLUE;
         if (status == SANE_STATUS_GOOD)
             status = readFrame(handle, p, data, separate ? frame / 3.0 : 0, separate ? 1 / 3.0 : 1);
-        if (status != SANE_STATUS_GOOD) {
-            g_handle = nullptr;
-            sane_cancel(handle);
-            sane_close(handle);
-            return isAbort(status) ? fail(kAborted, "The scan was aborted", status)
-                                   : fail(kFailed, "The scan failed", status);
-        }
+        if (status != SANE_STATUS_GOOD)
+            return releaseDevice(handle, isAbort(status) ? fail(kAborted, "The scan was aborted", status)
+                                                         : fail(kFailed, "The scan failed", status));
         lastFrame = p.last_frame;
         if (p.bytes_per_line <= 0 || p.pixels_per_line <= 0)
             return fail(kFailed, "The scanner sent no picture");
@@ -198,16 +221,14 @@ int scanPage(QByteArray device, const QString& file)
         }
         ++frame;
     }
-    g_handle = nullptr;
-    sane_cancel(handle);
-    sane_close(handle);
+    // The page is written before the device is let go, so that it is there however that goes.
     velunta::WriteFailure failure;
     if (!velunta::SaveBMP(picture, file, &failure)) {
         std::fprintf(stderr, "The scan could not be written: %s\n", qPrintable(failure.reason));
-        return kFailed;
+        return releaseDevice(handle, kFailed);
     }
     std::printf("progress 100\n");
-    return kDone;
+    return releaseDevice(handle, kDone);
 }
 
 } // namespace

@@ -1,32 +1,23 @@
 #include "files/OpenPicture.h"
 
-#include "files/PictureLoader.h"
 #include "files/outside/Metafile.h"
-
-#include <QFile>
+#include "files/read/PictureLoader.h"
 
 namespace velunta {
-
-namespace {
-
-QByteArray fileHead(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.read(64) : QByteArray();
-}
-
-} // namespace
-
-bool IsMetafileFile(const QString& path)
-{
-    return DetectMetafile(fileHead(path)) != MetafileKind::None;
-}
 
 QImage OpenPicture(const QString& path, QString* error, int* errorNumber,
                    const std::function<bool(double)>& keepWaiting)
 {
-    if (!IsMetafileFile(path))
-        return LoadPicture(path, error, errorNumber);
+    // The loader tells a drawing by its first bytes and refuses it; only then does the
+    // converter run, so a picture is read once.
+    const LoadedPicture loaded = ReadPicture(path);
+    if (!IsMetafile(loaded.format)) {
+        if (error)
+            *error = loaded.error;
+        if (errorNumber)
+            *errorNumber = loaded.errorNumber;
+        return loaded.image;
+    }
     MetafilePicture drawing = ConvertMetafile(path, keepWaiting);
     if (error)
         *error = drawing.error;

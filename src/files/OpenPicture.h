@@ -16,7 +16,4 @@ namespace velunta {
 QImage OpenPicture(const QString& path, QString* error = nullptr, int* errorNumber = nullptr,
                    const std::function<bool(double)>& keepWaiting = {});
 
-// True when the file holds a WMF or EMF drawing, which takes a converter's time to open.
-bool IsMetafileFile(const QString& path);
-
 } // namespace velunta

@@ -3,7 +3,7 @@
 // padded to a multiple of four bytes, the bottom row of the picture first in
 // memory. The JPEG writer reads its rows in place.
 
-#include "files/BigBuffer.h"
+#include "files/read/BigBuffer.h"
 
 #include <QImage>
 

@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "core/Prompt.h"
 #include "widgets/ButtonLooks.h"
+#include "widgets/ColorMath.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>
@@ -24,33 +25,6 @@ namespace {
 
 const int kSizes[7][2] = {{320, 240},  {640, 480},   {800, 600}, {1024, 768},
                           {1280, 960}, {1600, 1200}, {512, 384}};
-
-// The colour strip to choose a background from: hues across, from white at the top
-// through the pure hue to black at the bottom.
-QImage makeColorStrip(int w, int h)
-{
-    QImage image(w, h, QImage::Format_RGB32);
-    for (int y = 0; y < h; ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        const double t = double(y) / (h - 1);
-        for (int x = 0; x < w; ++x) {
-            QColor hue =
-                x < w - 12 ? QColor::fromHsvF(double(x) / (w - 12), 1.0, 1.0) : QColor(128, 128, 128);
-            double r = hue.redF(), g = hue.greenF(), b = hue.blueF();
-            if (x >= w - 12) {
-                r = g = b = 1.0 - t; // a grey ramp at the right end
-            } else if (t < 0.5) {
-                const double k = t * 2;
-                r = 1 - (1 - r) * k, g = 1 - (1 - g) * k, b = 1 - (1 - b) * k;
-            } else {
-                const double k = (1 - t) * 2;
-                r *= k, g *= k, b *= k;
-            }
-            line[x] = qRgb(int(r * 255 + 0.5), int(g * 255 + 0.5), int(b * 255 + 0.5));
-        }
-    }
-    return image;
-}
 
 } // namespace
 
@@ -115,7 +89,7 @@ frmNew::frmNew(int lastWidth, int lastHeight, Prompt& prompt, QWidget* parent, i
     backLayout->addWidget(m_sample, 0, 3);
     m_strip = new QLabel(backBox);
     m_strip->setObjectName(QStringLiteral("Picselcol"));
-    m_stripImage = makeColorStrip(300, 48);
+    m_stripImage = HueChart(300, 48, 12); // a grey ramp at the right end
     m_strip->setPixmap(QPixmap::fromImage(m_stripImage));
     m_strip->setFixedSize(m_stripImage.size());
     m_strip->setCursor(Qt::CrossCursor);

@@ -39,6 +39,7 @@ class RecoveryWriter;
 struct RecoverySource;
 struct FoundPicture;
 class frmControls;
+struct EffectsBrowserMemory;
 class frmPaint;
 class ProgressStrip;
 struct GridSettings;
@@ -187,6 +188,15 @@ public:
     QString IrfanViewFile;
     // The last name "Copy To" wrote to.
     QString CopyToName;
+    // Effects: the one-click filters of the Image and Effects menus and the Effects
+    // Browser (frmMain_Effects.cpp).
+    void Greyscale_Click(int index);
+    void mnugrayscale_Click();
+    void mnuDoBright_Click();
+    void mnuDoDark_Click();
+    void Filters_Click();
+    // Opens the Effects Browser on the picture or the floating selection.
+    void mnuEffectBrowser_Click();
 
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
@@ -402,6 +412,8 @@ private:
     // Busy states open now, and the one that started the progress strip (0: none).
     int m_busyDepth = 0;
     int m_progressDepth = 0;
+    // Effects: what the Effects Browser keeps between two openings.
+    std::shared_ptr<EffectsBrowserMemory> m_effectsBrowser;
 };
 
 } // namespace velunta

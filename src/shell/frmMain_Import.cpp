@@ -12,7 +12,7 @@
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
 #include "files/FileNames.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "shell/Services.h"
 
 #include <QCoreApplication>
@@ -50,14 +50,12 @@ constexpr int kCompanionTimeLimitMs = 60000;
 
 const QByteArray kPngSignature("\x89PNG\r\n\x1A\n", 8);
 
-// The dialog's filter: "Windows Meta Files (*.WMF)" shows the pattern in capitals and
-// finds the files by either case.
+// The dialog's filter, "Windows Meta Files (*.WMF *.wmf)": a desktop's own dialog may
+// match patterns by their case.
 QString importFilter(const ImportFormat& format)
 {
     const QString pattern = QLatin1String(format.pattern);
-    return QLatin1String(format.label) + QStringLiteral(" (") + pattern.toUpper() + QStringLiteral(")") +
-           QStringLiteral(";;") + QLatin1String(format.label) + QStringLiteral(" (") + pattern + u' ' +
-           pattern.toUpper() + u')';
+    return QLatin1String(format.label) + QStringLiteral(" (") + pattern.toUpper() + u' ' + pattern + u')';
 }
 
 // The document's name for an imported file: "photo.png" becomes "photo.BMP", since the

@@ -105,10 +105,10 @@ constexpr MenuRow kMenuRows[] = {
     sep(M::mnurotates, M::mnurotate, "mnurotates", 0, 3),
     {M::mnurotates, 4, M::mnurotate, "mnurotates", "Define angle..."},
     sep(M::split050, M::Image, "split050"),
-    {M::mnuDoBright, -1, M::Image, "mnuDoBright", "Brighten by 10%"},
-    {M::mnuDoDark, -1, M::Image, "mnuDoDark", "Darken by 10%"},
+    {M::mnuDoBright, -1, M::Image, "mnuDoBright", "Brighten by 10%", R::Document, &F::mnuDoBright_Click},
+    {M::mnuDoDark, -1, M::Image, "mnuDoDark", "Darken by 10%", R::Document, &F::mnuDoDark_Click},
     {M::InvertImage, -1, M::Image, "InvertImage", "&Invert Image"},
-    {M::mnugrayscale, -1, M::Image, "mnugrayscale", "Convert to Grayscale"},
+    {M::mnugrayscale, -1, M::Image, "mnugrayscale", "Convert to Grayscale", R::Document, &F::mnugrayscale_Click},
     sep(M::split052, M::Image, "split052", kEasyHidden),
     {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, {}, kEasyHidden},
     {M::mnuPasteBlend, -1, M::Image, "mnuPasteBlend", "Blend Image From...", R::Document, {}, kEasyHidden},
@@ -145,33 +145,33 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuwallpaper, -1, M::mnuTools, "mnuwallpaper", "Set as Wallpaper", R::Document, &F::mnuwallpaper_Click},
 
     top(M::Filters, "Filters", "&Effects", R::Document),
-    {M::mnuEffectBrowser, -1, M::Filters, "mnuEffectBrowser", "Effects Browser..."},
+    {M::mnuEffectBrowser, -1, M::Filters, "mnuEffectBrowser", "Effects Browser...", R::Document, &F::mnuEffectBrowser_Click},
     sub(M::GreyScalemenu, M::Filters, "GreyScalemenu", "&Ambient Light"),
-    {M::Greyscale, 0, M::GreyScalemenu, "Greyscale", "&Black && White"},
+    {M::Greyscale, 0, M::GreyScalemenu, "Greyscale", "&Black && White", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 1),
-    {M::Greyscale, 2, M::GreyScalemenu, "Greyscale", "&Red Light"},
-    {M::Greyscale, 3, M::GreyScalemenu, "Greyscale", "R&ed Dark"},
+    {M::Greyscale, 2, M::GreyScalemenu, "Greyscale", "&Red Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 3, M::GreyScalemenu, "Greyscale", "R&ed Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 4),
-    {M::Greyscale, 5, M::GreyScalemenu, "Greyscale", "&Green Light"},
-    {M::Greyscale, 6, M::GreyScalemenu, "Greyscale", "Gr&een Dark"},
+    {M::Greyscale, 5, M::GreyScalemenu, "Greyscale", "&Green Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 6, M::GreyScalemenu, "Greyscale", "Gr&een Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 7),
-    {M::Greyscale, 8, M::GreyScalemenu, "Greyscale", "B&lue Light"},
-    {M::Greyscale, 9, M::GreyScalemenu, "Greyscale", "Bl&ue Dark"},
+    {M::Greyscale, 8, M::GreyScalemenu, "Greyscale", "B&lue Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 9, M::GreyScalemenu, "Greyscale", "Bl&ue Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 10),
-    {M::Greyscale, 11, M::GreyScalemenu, "Greyscale", "&Yellow Light"},
-    {M::Greyscale, 12, M::GreyScalemenu, "Greyscale", "Y&ellow Dark"},
+    {M::Greyscale, 11, M::GreyScalemenu, "Greyscale", "&Yellow Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 12, M::GreyScalemenu, "Greyscale", "Y&ellow Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 13),
-    {M::Greyscale, 14, M::GreyScalemenu, "Greyscale", "&Purple Light"},
-    {M::Greyscale, 15, M::GreyScalemenu, "Greyscale", "P&urple Dark"},
+    {M::Greyscale, 14, M::GreyScalemenu, "Greyscale", "&Purple Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 15, M::GreyScalemenu, "Greyscale", "P&urple Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 16),
-    {M::Greyscale, 17, M::GreyScalemenu, "Greyscale", "&Cyan Light"},
-    {M::Greyscale, 18, M::GreyScalemenu, "Greyscale", "Cya&n Dark"},
+    {M::Greyscale, 17, M::GreyScalemenu, "Greyscale", "&Cyan Light", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 18, M::GreyScalemenu, "Greyscale", "Cya&n Dark", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 19),
-    {M::Greyscale, 20, M::GreyScalemenu, "Greyscale", "Gr&ayscale"},
+    {M::Greyscale, 20, M::GreyScalemenu, "Greyscale", "Gr&ayscale", R::Document, &F::Greyscale_Click},
     sep(M::Greyscale, M::GreyScalemenu, "Greyscale", 0, 21),
-    {M::Greyscale, 22, M::GreyScalemenu, "Greyscale", "Bronze"},
-    {M::Greyscale, 23, M::GreyScalemenu, "Greyscale", "Dusk Tone"},
-    {M::Greyscale, 24, M::GreyScalemenu, "Greyscale", "City Night"},
+    {M::Greyscale, 22, M::GreyScalemenu, "Greyscale", "Bronze", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 23, M::GreyScalemenu, "Greyscale", "Dusk Tone", R::Document, &F::Greyscale_Click},
+    {M::Greyscale, 24, M::GreyScalemenu, "Greyscale", "City Night", R::Document, &F::Greyscale_Click},
     sub(M::mnuReverseBlendH, M::Filters, "mnuReverseBlendH", "Reverse Horizontal Blend"),
     {M::mnuReverseBlendH1, 0, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Soft"},
     {M::mnuReverseBlendH1, 1, M::mnuReverseBlendH, "mnuReverseBlendH1", "Normal Medium"},
@@ -267,13 +267,13 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Clipboard, &F::Paste_Click},            // 6 "paste"
     {R::Document, &F::Undo_Click},              // 7 "undo/redo"
     {R::Document, {}, true},                    // 8 "picture frames"
-    {R::Document, {}, true},                    // 9 "Effects Browser"
-    {R::Document, {}, true},                    // 10 "Gray scale image"
+    {R::Document, &F::mnuEffectBrowser_Click, true}, // 9 "Effects Browser"
+    {R::Document, &F::mnugrayscale_Click, true}, // 10 "Gray scale image"
     {R::Document, {}, true},                    // 11 "Size image"
     {R::Document, {}, true},                    // 12 "flip horizontal"
     {R::Document, {}, true},                    // 13 "flip vertical"
-    {R::Document, {}, true},                    // 14 "brighten image 10%"
-    {R::Document, {}, true},                    // 15 "darken image 10%"
+    {R::Document, &F::mnuDoBright_Click, true}, // 14 "brighten image 10%"
+    {R::Document, &F::mnuDoDark_Click, true},   // 15 "darken image 10%"
     {R::Document, {}, true},                    // 16 "Invert image"
     {R::Document, &F::RevertSavedAndRecord},    // 17 "undo to last saved"
     {R::Document, {}, true},                    // 18 "Fill image or selection with textures"

@@ -73,6 +73,7 @@ void frmMain::buildMenus()
     // lists the open pictures.
     connect(menu(MenuId::mnuView), &QMenu::aboutToShow, this, [this] { mnuView_Click(); });
     connect(menu(MenuId::Window), &QMenu::aboutToShow, this, [this] { refreshWindowList(); });
+    connect(menu(MenuId::Filters), &QMenu::aboutToShow, this, [this] { Filters_Click(); });
 }
 
 void frmMain::wireCommandBar()

@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <cmath>
 
 namespace velunta {
@@ -192,6 +193,32 @@ Color ParseHTMLColor(const QString& text)
         return kNoColor;
     const unsigned rrggbb = t.toUInt(nullptr, 16);
     return Hex(rrggbb);
+}
+
+QImage HueChart(int width, int height, int greyColumns)
+{
+    QImage image(std::max(width, 1), std::max(height, 1), QImage::Format_RGB32);
+    const int hues = std::max(image.width() - greyColumns, 1);
+    for (int y = 0; y < image.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
+        const double t = image.height() > 1 ? double(y) / (image.height() - 1) : 0.0;
+        for (int x = 0; x < image.width(); ++x) {
+            double r = 1 - t, g = 1 - t, b = 1 - t; // the grey ramp
+            if (x < hues) {
+                const QColor hue = QColor::fromHsvF(double(x) / hues, 1.0, 1.0);
+                r = hue.redF(), g = hue.greenF(), b = hue.blueF();
+                if (t < 0.5) {
+                    const double k = t * 2;
+                    r = 1 - (1 - r) * k, g = 1 - (1 - g) * k, b = 1 - (1 - b) * k;
+                } else {
+                    const double k = (1 - t) * 2;
+                    r *= k, g *= k, b *= k;
+                }
+            }
+            line[x] = qRgb(int(r * 255 + 0.5), int(g * 255 + 0.5), int(b * 255 + 0.5));
+        }
+    }
+    return image;
 }
 
 } // namespace velunta

@@ -71,4 +71,9 @@ void ReduceToPalette(QImage& image, const QVector<Color>& palette);
 // text is not six hexadecimal digits.
 Color ParseHTMLColor(const QString& text);
 
+// A picture to choose a colour from: the hues from left to right, each from white at
+// the top through the full colour to black at the bottom, and, in the last
+// `greyColumns` columns, the greys from white to black.
+QImage HueChart(int width, int height, int greyColumns = 0);
+
 } // namespace velunta

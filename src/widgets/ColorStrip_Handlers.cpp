@@ -292,9 +292,9 @@ bool ColorStrip::eventFilter(QObject* watched, QEvent* event)
         return true;
     }
     for (int k = 0; k < 3; ++k) {
-        if (watched != m_box[k])
+        if (watched != m_box[k] || (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease))
             continue;
-        auto* key = static_cast<QKeyEvent*>(event);
+        auto* key = static_cast<QKeyEvent*>(event); // only key events may be read as one
         if (event->type() == QEvent::KeyPress &&
             (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter)) {
             if (k < 2) {

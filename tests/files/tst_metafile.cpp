@@ -39,30 +39,30 @@ private Q_SLOTS:
         QTest::addColumn<int>("kind");
         QTest::addColumn<QSize>("size");
         QTest::newRow("placeable, twips")
-            << SmallWmf(2000, 1000, 1440) << int(MetafileKind::Wmf) << QSize(133, 67);
+            << SmallWmf(2000, 1000, 1440) << int(PictureFormat::Wmf) << QSize(133, 67);
         QTest::newRow("placeable, pixels")
-            << SmallWmf(320, 200, 96) << int(MetafileKind::Wmf) << QSize(320, 200);
+            << SmallWmf(320, 200, 96) << int(PictureFormat::Wmf) << QSize(320, 200);
         // No units per inch: the window extent stands in.
         QTest::newRow("placeable, inch 0")
-            << SmallWmf(300, 150, 0) << int(MetafileKind::Wmf) << QSize(300, 150);
-        QTest::newRow("plain") << SmallWmf(640, 400, 0, false) << int(MetafileKind::Wmf) << QSize(640, 400);
-        QTest::newRow("emf frame") << SmallEmf({0, 0, 200, 100}, {0, 0, 5293, 2647}) << int(MetafileKind::Emf)
-                                   << QSize(200, 100);
+            << SmallWmf(300, 150, 0) << int(PictureFormat::Wmf) << QSize(300, 150);
+        QTest::newRow("plain") << SmallWmf(640, 400, 0, false) << int(PictureFormat::Wmf) << QSize(640, 400);
+        QTest::newRow("emf frame") << SmallEmf({0, 0, 200, 100}, {0, 0, 5293, 2647})
+                                   << int(PictureFormat::Emf) << QSize(200, 100);
         // A frame of nothing: the bounds (both edges included) decide.
-        QTest::newRow("emf bounds") << SmallEmf({10, 10, 209, 59}, {0, 0, 0, 0}) << int(MetafileKind::Emf)
+        QTest::newRow("emf bounds") << SmallEmf({10, 10, 209, 59}, {0, 0, 0, 0}) << int(PictureFormat::Emf)
                                     << QSize(200, 50);
-        QTest::newRow("emf no size") << SmallEmf({0, 0, -1, -1}, {0, 0, 0, 0}) << int(MetafileKind::Emf)
+        QTest::newRow("emf no size") << SmallEmf({0, 0, -1, -1}, {0, 0, 0, 0}) << int(PictureFormat::Emf)
                                      << QSize();
         QTest::newRow("not a metafile") << QByteArray("BM not a drawing at all, just some bytes to read")
-                                        << int(MetafileKind::None) << QSize();
+                                        << int(PictureFormat::Bmp) << QSize();
     }
     void sizeFromHeader()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(int, kind);
         QFETCH(QSize, size);
-        QCOMPARE(int(DetectMetafile(bytes)), kind);
-        QCOMPARE(MetafileSize(bytes, MetafileKind(kind)), size);
+        QCOMPARE(int(DetectPictureFormat(bytes)), kind);
+        QCOMPARE(MetafileSize(bytes, PictureFormat(kind)), size);
     }
 
     void renderSizeStaysSane_data()

@@ -5,7 +5,7 @@
 #include "core/AppFolder.h"
 #include "core/OutsideProgram.h"
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "files/outside/DesktopViewer.h"
 #include "files/outside/Scanner.h"
 #include "files/outside/Wallpaper.h"

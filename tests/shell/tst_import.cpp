@@ -7,7 +7,7 @@
 #include "core/SettingsStore.h"
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "shell/frmSelectSource.h"
 #include "support/MainWindowFixture.h"
 #include "support/OutsideFixtures.h"

@@ -5,7 +5,7 @@
 #include "core/Gdi.h"
 #include "document/frmPaint.h"
 #include "files/FrmSaveJPGs.h"
-#include "files/PictureLoader.h"
+#include "files/read/PictureLoader.h"
 #include "shell/ProgressStrip.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"

@@ -76,22 +76,9 @@ QString converterMessage(const OutsideRun& run)
 
 } // namespace
 
-MetafileKind DetectMetafile(QByteArrayView d)
+QSize MetafileSize(QByteArrayView d, PictureFormat kind)
 {
-    if (u32(d, 0) == kPlaceableKey)
-        return MetafileKind::Wmf;
-    // A plain WMF begins with its header: type 1 (memory) or 2 (disk), nine words, a known version.
-    if ((u16(d, 0) == 1 || u16(d, 0) == 2) && u16(d, 2) == 9 && (u16(d, 4) == 0x100 || u16(d, 4) == 0x300))
-        return MetafileKind::Wmf;
-    // An EMF begins with its header record, which carries " EMF".
-    if (u32(d, 0) == 1 && d.size() >= 44 && d.sliced(40, 4) == " EMF")
-        return MetafileKind::Emf;
-    return MetafileKind::None;
-}
-
-QSize MetafileSize(QByteArrayView d, MetafileKind kind)
-{
-    if (kind == MetafileKind::Wmf) {
+    if (kind == PictureFormat::Wmf) {
         if (u32(d, 0) != kPlaceableKey)
             return windowExtent(d, 18);
         const int inch = u16(d, 14);
@@ -103,7 +90,7 @@ QSize MetafileSize(QByteArrayView d, MetafileKind kind)
         }
         return windowExtent(d, kPlaceableHeader + 18);
     }
-    if (kind == MetafileKind::Emf) {
+    if (kind == PictureFormat::Emf) {
         // The frame is in hundredths of a millimetre; the bounds, in device pixels, include both edges.
         const QSize framed = validSize(double(s32(d, 32) - s32(d, 24)) * 96 / 2540,
                                        double(s32(d, 36) - s32(d, 28)) * 96 / 2540);
@@ -131,14 +118,14 @@ QSize RenderSize(QSize stated, QSize converted)
     return size;
 }
 
-QString MetafileConverter(MetafileKind kind)
+QString MetafileConverter(PictureFormat kind)
 {
-    return kind == MetafileKind::Emf ? QStringLiteral("emf2svg-conv") : QStringLiteral("wmf2svg");
+    return kind == PictureFormat::Emf ? QStringLiteral("emf2svg-conv") : QStringLiteral("wmf2svg");
 }
 
-QString MetafileConverterPackage(MetafileKind kind)
+QString MetafileConverterPackage(PictureFormat kind)
 {
-    return kind == MetafileKind::Emf ? QStringLiteral("emf2svg") : QStringLiteral("libwmf-bin");
+    return kind == PictureFormat::Emf ? QStringLiteral("emf2svg") : QStringLiteral("libwmf-bin");
 }
 
 MetafilePicture ConvertMetafile(const QString& path, const std::function<bool(double)>& keepWaiting,
@@ -155,10 +142,10 @@ MetafilePicture ConvertMetafile(const QString& path, const std::function<bool(do
         return fail(MetafilePicture::Damaged, file.errorString());
     const QByteArray head = file.read(kHeadBytes);
     file.close();
-    const MetafileKind kind = DetectMetafile(head);
-    const QString what = kind == MetafileKind::Emf ? QStringLiteral("Enhanced Metafile (EMF)")
-                                                   : QStringLiteral("Windows Metafile (WMF)");
-    if (kind == MetafileKind::None)
+    const PictureFormat kind = DetectPictureFormat(head);
+    const QString what = kind == PictureFormat::Emf ? QStringLiteral("Enhanced Metafile (EMF)")
+                                                    : QStringLiteral("Windows Metafile (WMF)");
+    if (!IsMetafile(kind))
         return fail(MetafilePicture::Damaged, QStringLiteral("This is not a Windows Metafile."));
 
     const QString converter = FindOutsideProgram(MetafileConverter(kind));
@@ -175,7 +162,7 @@ MetafilePicture ConvertMetafile(const QString& path, const std::function<bool(do
     // An absolute path, so that a name starting with "-" can't pass for an option.
     const QString source = QFileInfo(path).absoluteFilePath();
     const QStringList arguments =
-        kind == MetafileKind::Emf
+        kind == PictureFormat::Emf
             ? QStringList{QStringLiteral("-i"), source, QStringLiteral("-o"), svgPath}
             // Bitmaps inside the drawing go into the SVG, not into files beside it.
             : QStringList{QStringLiteral("--inline"), QStringLiteral("-o"), svgPath, source};

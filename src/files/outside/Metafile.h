@@ -5,6 +5,7 @@
 // itself. The converters run with a time limit, so a broken file can't hang the program.
 
 #include "core/OutsideProgram.h"
+#include "files/read/PictureLoader.h"
 
 #include <QByteArrayView>
 #include <QImage>
@@ -13,15 +14,12 @@
 
 namespace velunta {
 
-enum class MetafileKind { None, Wmf, Emf };
-
-// The kind of drawing the file's first bytes show (at least 44 of them for an EMF).
-MetafileKind DetectMetafile(QByteArrayView head);
+// Which files are metafiles the picture loader decides (DetectPictureFormat).
 
 // The size in pixels (96 to the inch) the drawing asks for: a placeable WMF's frame and
 // units per inch, a plain WMF's window extent, an EMF's frame (else its bounds). Invalid
 // when the header states none that makes sense.
-QSize MetafileSize(QByteArrayView bytes, MetafileKind kind);
+QSize MetafileSize(QByteArrayView bytes, PictureFormat kind);
 
 // The size a drawing is rendered at: the stated size, else the converter's own, else
 // 640 x 480; in any case no side above kMaxMetafileSide, the shape kept.
@@ -36,8 +34,8 @@ struct MetafilePicture {
 };
 
 // The converter a kind needs, and the package that holds it.
-QString MetafileConverter(MetafileKind kind);
-QString MetafileConverterPackage(MetafileKind kind);
+QString MetafileConverter(PictureFormat kind);
+QString MetafileConverterPackage(PictureFormat kind);
 
 // Converts and renders the drawing in `path`. `keepWaiting` is asked while a converter
 // runs (see OutsideOptions); `timeLimitMs` bounds each converter's run.

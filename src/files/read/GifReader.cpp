@@ -1,7 +1,8 @@
-// The GIF decoder for the first picture of a file. Qt's reader shows a file that
-// ends half way as if it were whole; this one refuses it.
+// The GIF decoder for the first picture of a file: the logical screen with the
+// first image drawn on it. Qt's reader shows a file that ends half way as if it
+// were whole; this one refuses it.
 
-#include "files/Decoders.h"
+#include "files/read/Decoders.h"
 
 #include <array>
 #include <vector>
@@ -11,6 +12,65 @@ namespace velunta {
 namespace {
 
 constexpr int kMaxCodes = 4096;
+// Pixel values reach 2047 with the largest minimum code size; those past the
+// colour table show black.
+using Palette = std::array<QRgb, 2048>;
+
+enum class Lzw { Done, EndedEarly, CutShort, Damaged };
+
+// Places decoded pixels on the canvas in the file's row order, dropping what
+// lies outside it.
+class Placer {
+public:
+    Placer(QImage& canvas, const Palette& palette, int left, int top, int width, int height, bool interlaced)
+        : m_canvas(canvas), m_palette(palette), m_left(left), m_top(top), m_width(width), m_height(height),
+          m_interlaced(interlaced)
+    {
+        m_visible = qBound(0, canvas.width() - left, width);
+        startRow();
+    }
+    void operator()(int index)
+    {
+        if (m_x < m_visible && m_line)
+            m_line[m_x] = m_palette[size_t(index)];
+        if (++m_x == m_width) {
+            m_x = 0;
+            nextRow();
+        }
+    }
+
+private:
+    static constexpr int kStart[4] = {0, 4, 2, 1}, kStep[4] = {8, 8, 4, 2};
+
+    void startRow()
+    {
+        const int y = m_top + m_row;
+        m_line = m_row < m_height && y < m_canvas.height()
+                     ? reinterpret_cast<QRgb*>(m_canvas.scanLine(y)) + m_left
+                     : nullptr;
+    }
+    void nextRow()
+    {
+        if (!m_interlaced) {
+            ++m_row;
+        } else {
+            m_row += kStep[m_pass];
+            while (m_row >= m_height && m_pass < 3)
+                m_row = kStart[++m_pass];
+        }
+        startRow();
+    }
+
+    QImage& m_canvas;
+    const Palette& m_palette;
+    int m_left, m_top, m_width, m_height;
+    bool m_interlaced;
+    int m_visible = 0;
+    int m_x = 0;
+    int m_row = 0;
+    int m_pass = 0;
+    QRgb* m_line = nullptr;
+};
 
 class Reader : FileBytes {
 public:
@@ -18,27 +78,27 @@ public:
     QImage read();
 
 private:
-    bool readTable(int entries, std::array<QRgb, 256>& table);
+    bool readTable(int entries, Palette& table);
     bool skipSubBlocks();
     bool readControlExtension();
     QImage readPicture(int screenWidth, int screenHeight);
     // Next byte of the picture's data sub-blocks; -1 at the terminator, -2 past the file's end.
     int dataByte();
-    bool decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImage& canvas, int left, int top,
-                int width, int height, bool interlaced);
+    // Decodes up to `total` pixels, handing each to `emit`; `placed` counts them.
+    template <class Emit> Lzw decode(int minCodeSize, qint64 total, qint64& placed, Emit emit);
 
     qint64 m_at = 0;
-    std::array<QRgb, 256> m_global{};
+    Palette m_global{};
     bool m_hasGlobal = false;
     int m_transparent = -1;
     int m_blockLeft = 0;
 };
 
-bool Reader::readTable(int entries, std::array<QRgb, 256>& table)
+bool Reader::readTable(int entries, Palette& table)
 {
     if (!need(m_at, 3 * entries))
         return false;
-    table.fill(qRgb(0, 0, 0)); // indices past the table show black
+    table.fill(qRgb(0, 0, 0));
     for (int i = 0; i < entries; ++i, m_at += 3)
         table[size_t(i)] = qRgb(m_d[m_at], m_d[m_at + 1], m_d[m_at + 2]);
     return true;
@@ -80,49 +140,28 @@ int Reader::dataByte()
     return m_d[m_at++];
 }
 
-bool Reader::decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImage& canvas, int left, int top,
-                    int width, int height, bool interlaced)
+template <class Emit> Lzw Reader::decode(int minCodeSize, qint64 total, qint64& placed, Emit emit)
 {
-    // Rows in the order the file stores them.
-    std::vector<int> rows;
-    rows.reserve(size_t(height));
-    if (interlaced) {
-        static constexpr int kStart[4] = {0, 4, 2, 1}, kStep[4] = {8, 8, 4, 2};
-        for (int pass = 0; pass < 4; ++pass)
-            for (int y = kStart[pass]; y < height; y += kStep[pass])
-                rows.push_back(y);
-    } else {
-        for (int y = 0; y < height; ++y)
-            rows.push_back(y);
-    }
-
-    std::vector<quint16> prefix(kMaxCodes);
-    std::vector<uchar> suffix(kMaxCodes), first(kMaxCodes);
-    std::vector<uchar> stack(kMaxCodes);
+    std::array<quint16, kMaxCodes> prefix{}, suffix{}, first{};
+    std::array<quint16, kMaxCodes + 1> stack{};
     const int clearCode = 1 << minCodeSize;
     const int endCode = clearCode + 1;
     for (int i = 0; i < clearCode; ++i)
-        suffix[size_t(i)] = first[size_t(i)] = uchar(i);
+        suffix[size_t(i)] = first[size_t(i)] = quint16(i);
     int codeSize = minCodeSize + 1;
     int next = clearCode + 2;
     int old = -1;
-
-    qint64 placed = 0;
-    const qint64 total = qint64(width) * height;
-    int x = 0, row = 0;
-    QRgb* line = reinterpret_cast<QRgb*>(canvas.scanLine(top + rows[0])) + left;
     quint32 bits = 0;
     int bitCount = 0;
+    placed = 0;
 
     while (placed < total) {
         while (bitCount < codeSize) {
             const int b = dataByte();
-            if (b == -2) {
-                m_failure.cutShort();
-                return false;
-            }
+            if (b == -2)
+                return Lzw::CutShort;
             if (b == -1)
-                return true; // data ended early: the rest stays background
+                return Lzw::EndedEarly;
             bits |= quint32(b) << bitCount;
             bitCount += 8;
         }
@@ -137,19 +176,15 @@ bool Reader::decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImag
             continue;
         }
         if (code == endCode)
-            break;
+            return Lzw::EndedEarly;
         int depth = 0;
         if (old < 0) {
-            if (code > clearCode) {
-                m_failure.invalid(QStringLiteral("damaged GIF data"));
-                return false;
-            }
-            stack[size_t(depth++)] = uchar(code);
+            if (code > clearCode)
+                return Lzw::Damaged;
+            stack[size_t(depth++)] = quint16(code);
         } else {
-            if (code > next) {
-                m_failure.invalid(QStringLiteral("damaged GIF data"));
-                return false;
-            }
+            if (code > next)
+                return Lzw::Damaged;
             // The code just being defined is the previous string and its own first pixel.
             int walk = code;
             if (code == next) {
@@ -160,10 +195,10 @@ bool Reader::decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImag
                 stack[size_t(depth++)] = suffix[size_t(walk)];
                 walk = prefix[size_t(walk)];
             }
-            stack[size_t(depth++)] = uchar(walk);
+            stack[size_t(depth++)] = quint16(walk);
             if (next < kMaxCodes) {
                 prefix[size_t(next)] = quint16(old);
-                suffix[size_t(next)] = uchar(walk);
+                suffix[size_t(next)] = quint16(walk);
                 first[size_t(next)] = first[size_t(old)];
                 ++next;
                 if (next == (1 << codeSize) && codeSize < 12)
@@ -173,15 +208,11 @@ bool Reader::decode(int minCodeSize, const std::array<QRgb, 256>& palette, QImag
         old = code;
         // The stack holds the string backwards.
         while (depth > 0 && placed < total) {
-            line[x] = palette[stack[size_t(--depth)]];
+            emit(stack[size_t(--depth)]);
             ++placed;
-            if (++x == width && placed < total) {
-                x = 0;
-                line = reinterpret_cast<QRgb*>(canvas.scanLine(top + rows[size_t(++row)])) + left;
-            }
         }
     }
-    return true;
+    return Lzw::Done;
 }
 
 QImage Reader::readPicture(int screenWidth, int screenHeight)
@@ -191,30 +222,43 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
     const int left = u16(m_at), top = u16(m_at + 2), width = u16(m_at + 4), height = u16(m_at + 6);
     const int packed = m_d[m_at + 8];
     m_at += 9;
-    std::array<QRgb, 256> palette = m_global;
+    Palette palette = m_global;
     if (packed & 0x80) {
         if (!readTable(2 << (packed & 7), palette))
             return {};
     } else if (!m_hasGlobal) {
-        m_failure.invalid(QStringLiteral("the GIF has no colours"));
-        return {};
-    }
-    if (width == 0 || height == 0) {
-        m_failure.invalid(QStringLiteral("the GIF picture has no pixels"));
+        m_failure.invalid(QStringLiteral("The GIF file has no colours."));
         return {};
     }
     if (!need(m_at, 1))
         return {};
     const int minCodeSize = m_d[m_at++];
-    if (minCodeSize < 1 || minCodeSize > 8) {
-        m_failure.invalid(QStringLiteral("damaged GIF data"));
+    if (minCodeSize < 1 || minCodeSize > 11) {
+        m_failure.invalid(QStringLiteral("The GIF file's picture data is damaged."));
         return {};
     }
 
-    // The picture is the logical screen, grown where the first picture lies outside it.
-    const int canvasWidth = qMax(screenWidth, left + width);
-    const int canvasHeight = qMax(screenHeight, top + height);
-    const bool covers = left == 0 && top == 0 && width == canvasWidth && height == canvasHeight;
+    // The picture is the logical screen, clipped to which the first image is
+    // drawn; a file that states no screen is as large as its image reaches.
+    const int canvasWidth = screenWidth ? screenWidth : left + width;
+    const int canvasHeight = screenHeight ? screenHeight : top + height;
+    const qint64 total = qint64(width) * height;
+    const qint64 visible =
+        qint64(qBound(0, canvasWidth - left, width)) * qBound(0, canvasHeight - top, height);
+
+    // Decode once without pixels to prove the data before the canvas's memory is taken.
+    const qint64 dataStart = m_at;
+    qint64 placed = 0;
+    const Lzw proof = decode(minCodeSize, total, placed, [](int) {});
+    if (proof == Lzw::CutShort)
+        m_failure.cutShort();
+    else if (proof == Lzw::Damaged)
+        m_failure.invalid(QStringLiteral("The GIF file's picture data is damaged."));
+    if (m_failure.failed() ||
+        !DataCanFill(canvasWidth, canvasHeight, qMin(placed, visible), m_size, m_failure))
+        return {};
+
+    const bool covers = left == 0 && top == 0 && width >= canvasWidth && height >= canvasHeight;
     const bool alpha = m_transparent >= 0 || !covers;
     if (m_transparent >= 0)
         palette[size_t(m_transparent)] &= 0x00FFFFFFu;
@@ -223,8 +267,11 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
     if (canvas.isNull())
         return {};
     canvas.fill(alpha ? Qt::transparent : Qt::black);
-    if (!decode(minCodeSize, palette, canvas, left, top, width, height, packed & 0x40))
-        return {};
+    if (total > 0) {
+        m_at = dataStart;
+        m_blockLeft = 0;
+        decode(minCodeSize, total, placed, Placer(canvas, palette, left, top, width, height, packed & 0x40));
+    }
     return canvas;
 }
 
@@ -247,7 +294,7 @@ QImage Reader::read()
         if (introducer == 0x2C)
             return readPicture(screenWidth, screenHeight);
         if (introducer != 0x21) {
-            m_failure.invalid(QStringLiteral("the GIF holds no picture"));
+            m_failure.invalid(QStringLiteral("The GIF file holds no picture."));
             return {};
         }
         if (!need(m_at, 1))

@@ -1,4 +1,4 @@
-#include "files/JpegErrors.h"
+#include "files/read/JpegErrors.h"
 
 namespace velunta {
 
@@ -17,32 +17,19 @@ void keepMessage(j_common_ptr common)
     std::longjmp(reinterpret_cast<JpegErrors*>(common->err)->jump, 1);
 }
 
-// Warnings that mean the data ran out or is broken: the picture would come out
-// partly grey, so reading stops there instead of showing it.
-bool isDamage(int code)
-{
-    switch (code) {
-    case JWRN_JPEG_EOF:
-    case JWRN_HIT_MARKER:
-    case JWRN_HUFF_BAD_CODE:
-    case JWRN_MUST_RESYNC:
-    case JWRN_NOT_SEQUENTIAL:
-    case JWRN_BOGUS_PROGRESSION:
-        return true;
-    default:
-        return false;
-    }
-}
-
 void onMessage(j_common_ptr common, int level)
 {
-    auto* errors = reinterpret_cast<JpegErrors*>(common->err);
     if (level >= 0)
         return; // trace messages
-    if (isDamage(common->err->msg_code)) {
-        errors->damaged = true;
-        jumpBack(common);
-    }
+    auto* errors = reinterpret_cast<JpegErrors*>(common->err);
+    if (errors->warnings++ == 0)
+        (*common->err->format_message)(common, errors->warning);
+    // The data ran out, or a marker stands where data should be (most often the
+    // end of the file): the rest comes out grey.
+    const int code = common->err->msg_code;
+    if ((code == JWRN_JPEG_EOF || code == JWRN_HIT_MARKER) && common->is_decompressor &&
+        errors->dataEndRow < 0)
+        errors->dataEndRow = reinterpret_cast<j_decompress_ptr>(common)->output_scanline;
 }
 
 } // namespace
@@ -54,7 +41,9 @@ void JpegErrors::attach(jpeg_common_struct* common)
     pub.emit_message = onMessage;
     pub.output_message = keepMessage;
     message[0] = 0;
-    damaged = false;
+    warning[0] = 0;
+    warnings = 0;
+    dataEndRow = -1;
 }
 
 } // namespace velunta

@@ -1,4 +1,4 @@
-#include "files/BigBuffer.h"
+#include "files/read/BigBuffer.h"
 
 #include <sys/mman.h>
 

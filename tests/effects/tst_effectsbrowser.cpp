@@ -1,0 +1,407 @@
+// The Effects Browser on a real main window: every effect previews without touching
+// the document, survives its sliders' extremes on odd picture sizes, stacks, goes back
+// with Undo All, and writes back as one undo step; closing asks as it should; the
+// settings come back at the next opening.
+
+#include "core/Gdi.h"
+#include "core/Prompt.h"
+#include "core/SettingsStore.h"
+#include "core/WebAddresses.h"
+#include "document/ImageCommand.h"
+#include "document/frmPaint.h"
+#include "effects/EffectView.h"
+#include "effects/frmEffectsBrowser.h"
+#include "effects/fx/FxOnPicture.h"
+#include "support/FakeHost.h"
+#include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
+#include "widgets/zolButton.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QSlider>
+#include <QtTest>
+
+#include <optional>
+
+using namespace velunta;
+using namespace velunta::test;
+
+namespace {
+
+QImage pattern(int w, int h)
+{
+    return MakeImage(
+        w, h, [](int x, int y) { return RGB((x * 9) % 256, (y * 7 + 40) % 256, (x * 3 + y * 5) % 256); });
+}
+
+// A window with one picture, the command the browser writes back through, and the
+// browser on it, shown but not modal: the tests drive it by its handlers.
+struct Browser {
+    explicit Browser(int w = 40, int h = 30, bool selection = false)
+    {
+        form = f.newDocument(w, h);
+        form->doc.Buffer.setImage(pattern(w, h));
+        if (selection) {
+            ShowFloat(form->doc, {5, 4, 12, 10}, RGB(30, 160, 90));
+            UpdateView(form->doc, form->doc.Buffer, 0, 0, 100);
+        }
+        picture = form->doc.Buffer.Image().copy();
+        open();
+    }
+    void open()
+    {
+        dialog.reset();
+        command.emplace(f.main(), CommandOptions{.name = "test"});
+        dialog = std::make_unique<frmEffectsBrowser>(*command, settings(), f.prompt, memory, &f.main());
+        dialog->setModal(false);
+        dialog->show();
+    }
+    SettingsStore& settings() { return f.main().services().settings; }
+    template <class T> T* child(const QString& name) { return dialog->findChild<T*>(name); }
+    QSlider* slider(int i) { return child<QSlider>(QStringLiteral("HScroll1(%1)").arg(i)); }
+    QString label(const char* name) { return child<QLabel>(QString::fromLatin1(name))->text(); }
+    const QImage& preview() { return dialog->picDest().Image(); }
+    bool menuActionChecked(int id)
+    {
+        return dialog->menuAction(QStringLiteral("mnuFx(%1)").arg(id))->isChecked();
+    }
+
+    MainWindowFixture f;
+    frmPaint* form = nullptr;
+    QImage picture;
+    EffectsBrowserMemory memory;
+    std::optional<ImageCommand> command;
+    std::unique_ptr<frmEffectsBrowser> dialog;
+};
+
+QList<int> menuEffects()
+{
+    QList<int> ids;
+    for (const EffectRow& row : EffectTable())
+        if (row.menuCaption)
+            ids << row.id;
+    return ids;
+}
+
+} // namespace
+
+// Takes the address the desktop would open.
+class UrlCatcher : public QObject {
+    Q_OBJECT
+public Q_SLOTS:
+    void open(const QUrl& address) { url = address; }
+
+public:
+    QUrl url;
+};
+
+class tst_EffectsBrowser : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void everyEffectPreviewsAndLeavesTheDocument_data()
+    {
+        QTest::addColumn<int>("id");
+        for (int id : menuEffects())
+            QTest::newRow(FindEffect(id)->menuCaption) << id;
+    }
+    void everyEffectPreviewsAndLeavesTheDocument()
+    {
+        QFETCH(int, id);
+        Browser b(200, 150);         // room below the corner for large letters
+        b.dialog->mnuFx_Click(1000); // Anti Aliasing keeps the slider of the effect before
+        b.dialog->mnuFx_Click(id);
+        b.child<QLineEdit>("Text1")->setText(QStringLiteral("Hello"));
+        for (int i = 0; i < 6; ++i) {
+            QSlider* s = b.slider(i);
+            if (s->isEnabled() && !s->isHidden())
+                s->setValue(s->minimum() + (s->maximum() - s->minimum()) * 13 / 25); // just off the middle
+        }
+        b.dialog->RenderPreview();
+        // Scroll has no effect of its own: it shows the applied picture.
+        QCOMPARE(DifferingPixels(b.preview(), b.picture) > 0, id != 1230);
+        QCOMPARE(DifferingPixels(b.form->doc.Buffer.Image(), b.picture), 0);
+        QVERIFY(!b.form->doc.Dirty);
+        QVERIFY(b.dialog->EffectPending());
+    }
+
+    void noEffectFailsAtItsSliderExtremes_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("1 x 1") << QSize(1, 1);
+        QTest::newRow("40 x 30") << QSize(40, 30);
+        QTest::newRow("20000 x 100") << QSize(20000, 100);
+    }
+    void noEffectFailsAtItsSliderExtremes()
+    {
+        QFETCH(QSize, size);
+        Browser b(size.width(), size.height());
+        b.child<QLineEdit>("Text1")->setText(QStringLiteral("Extremes"));
+        QList<QAbstractSlider*> bars;
+        for (int i = 0; i < 6; ++i)
+            bars << b.slider(i);
+        for (const char* name : {"HScrollT", "VScrollT", "HScroll2", "VScroll2"})
+            bars << b.child<QScrollBar>(QString::fromLatin1(name));
+        for (int id : menuEffects()) {
+            b.dialog->mnuFx_Click(id);
+            for (QAbstractSlider* s : bars) {
+                if (!s->isEnabled() || s->isHidden())
+                    continue;
+                const int standing = s->value();
+                for (int v : {s->minimum(), s->maximum(), standing}) {
+                    s->setValue(v);
+                    b.dialog->RenderPreview();
+                    QCOMPARE(b.preview().size(), size);
+                }
+            }
+        }
+        for (int id = 1300; id <= 1340; id += 10)
+            b.dialog->Flip_Click(id);
+        QCOMPARE(DifferingPixels(b.form->doc.Buffer.Image(), b.picture), 0);
+    }
+
+    void applyStacksAndUndoAllRestoresTheOriginal()
+    {
+        Browser b;
+        QVERIFY(b.child<zolButton>("Chkzoom")->Value()); // a small picture shows at actual size
+        b.dialog->mnuFx_Click(1120);                     // Invert
+        b.dialog->Command2_Click();
+        QVERIFY(b.dialog->EffectApplied());
+        b.dialog->mnuFx_Click(1120); // inverted again from the applied picture
+        QCOMPARE(DifferingPixels(b.preview(), b.picture), 0);
+        b.dialog->mnuFx_Click(1020); // Blur on top
+        b.dialog->Command2_Click();
+        QVERIFY(DifferingPixels(b.dialog->PicSource().Image(), b.picture) > 0);
+        b.dialog->Command3_Click();
+        QCOMPARE(b.preview(), b.picture);
+        QCOMPARE(b.dialog->PicSource().Image(), b.picture);
+        QVERIFY(!b.dialog->EffectApplied() && !b.dialog->EffectPending());
+    }
+
+    void updatePictureAndExitIsOneUndoStep_data()
+    {
+        QTest::addColumn<bool>("selection");
+        QTest::newRow("picture") << false;
+        QTest::newRow("selection") << true;
+    }
+    void updatePictureAndExitIsOneUndoStep()
+    {
+        QFETCH(bool, selection);
+        Browser b(40, 30, selection);
+        Document& doc = b.form->doc;
+        const QImage floating = doc.BufferSelected.Image().copy();
+        QCOMPARE(b.dialog->pictureSize(), selection ? QSize(12, 10) : QSize(40, 30));
+        const int slot = b.f.main().undo().UndoWriteSlot;
+        b.dialog->mnuFx_Click(1120);
+        b.dialog->Command1_Click();
+        QCOMPARE(b.f.main().undo().UndoWriteSlot, slot + 1);
+        QVERIFY(doc.Dirty);
+        QCOMPARE(GetPixel(selection ? doc.BufferSelected : doc.Buffer, 2, 3) ^ 0xFFFFFF,
+                 FromQRgb((selection ? floating : b.picture).pixel(2, 3)));
+        if (selection) // outside the selection the picture is as it was
+            QCOMPARE(GetPixel(doc.Buffer, 30, 25), FromQRgb(b.picture.pixel(30, 25)));
+        b.f.main().Undo_Click();
+        QCOMPARE(DifferingPixels(doc.Buffer.Image(), b.picture), 0);
+    }
+
+    void closingAsksOnlyAboutAPendingChange_data()
+    {
+        QTest::addColumn<bool>("apply");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("asked");
+        QTest::addColumn<bool>("written");
+        QTest::addColumn<bool>("open");
+        QTest::newRow("slider moved, No") << false << int(vbNo) << true << false << false;
+        QTest::newRow("slider moved, Yes") << false << int(vbYes) << true << true << false;
+        QTest::newRow("slider moved, Cancel") << false << int(vbCancel) << true << false << true;
+        QTest::newRow("applied") << true << int(vbYes) << false << false << false;
+    }
+    void closingAsksOnlyAboutAPendingChange()
+    {
+        QFETCH(bool, apply);
+        QFETCH(int, answer);
+        QFETCH(bool, asked);
+        QFETCH(bool, written);
+        QFETCH(bool, open);
+        Browser b;
+        b.dialog->mnuFx_Click(1030); // Brightness
+        b.slider(0)->setValue(90);
+        if (apply)
+            b.dialog->Command2_Click();
+        b.f.prompt.answers.enqueue(answer);
+        b.dialog->reject();
+        QCOMPARE(b.f.prompt.shown.size(), asked ? 1 : 0);
+        if (asked)
+            QCOMPARE(b.f.prompt.shown[0].title, QStringLiteral("Quit before effect applied"));
+        QCOMPARE(DifferingPixels(b.form->doc.Buffer.Image(), b.picture) > 0, written);
+        QCOMPARE(b.dialog->isVisible(), open);
+        if (open) { // a second close doesn't ask again
+            b.dialog->reject();
+            QCOMPARE(b.f.prompt.shown.size(), 1);
+            QVERIFY(!b.dialog->isVisible());
+        }
+    }
+
+    void menuEntryOpensTheBrowserModally()
+    {
+        Browser b;
+        b.dialog.reset();
+        QTimer::singleShot(0, [&] {
+            auto* d = qobject_cast<frmEffectsBrowser*>(QApplication::activeModalWidget());
+            QVERIFY(d);
+            d->menuAction(QStringLiteral("mnuFx(1080)"))->trigger(); // Grayscale
+            d->menuAction(QStringLiteral("mnusave"))->trigger();
+        });
+        b.f.main().action(MenuId::mnuEffectBrowser)->trigger();
+        const QImage after = b.form->doc.Buffer.Image();
+        QCOMPARE(qRed(after.pixel(7, 9)), qBlue(after.pixel(7, 9)));
+        QVERIFY(b.form->doc.Dirty);
+    }
+
+    void settingsComeBackAtTheNextOpening()
+    {
+        Browser b(600, 450);
+        b.settings().SaveSetting(QStringLiteral("EffectBrowser_OptionZoom"), 1);
+        b.settings().SaveSetting(QStringLiteral("EffectBrowser_LastOption"), 7);
+        b.open();
+        auto* zoom = b.child<zolButton>("Chkzoom");
+        QVERIFY(zoom->Value()); // the saved choice of actual size
+        zoom->click();
+        QVERIFY(!b.dialog->view()->actualSize());
+        QCOMPARE(zoom->Caption(), QStringLiteral("Fit Image"));
+        b.dialog->Command1_Click();
+        QCOMPARE(b.settings().GetSetting(QStringLiteral("EffectBrowser_OptionZoom")), QStringLiteral("0"));
+        QCOMPARE(b.settings().GetSetting(QStringLiteral("EffectBrowser_LastOption")), QStringLiteral("7"));
+        b.open();
+        QVERIFY(!b.child<zolButton>("Chkzoom")->Value());
+        QVERIFY(!b.dialog->view()->actualSize());
+    }
+
+    void autoPreviewOffShowsNothingUntilSwitchedOn()
+    {
+        Browser b;
+        b.dialog->mnuFx_Click(1030);
+        auto* preview = b.child<QCheckBox>("ChkPreview");
+        preview->setChecked(false);
+        b.slider(0)->setValue(-200);
+        QTest::qWait(5);
+        QCOMPARE(b.preview(), b.picture);
+        preview->setChecked(true);
+        QTRY_VERIFY(DifferingPixels(b.preview(), b.picture) > 0);
+    }
+
+    void sliderDragFoldsIntoOnePreview()
+    {
+        Browser b;
+        b.dialog->mnuFx_Click(1030);
+        const int previews = b.dialog->previewCount();
+        for (int v = 1; v <= 60; ++v)
+            b.slider(0)->setValue(v);
+        QVERIFY(b.dialog->previewPending());
+        QTRY_VERIFY(!b.dialog->previewPending());
+        QCOMPARE(b.dialog->previewCount(), previews + 1);
+        QCOMPARE(qRed(b.preview().pixel(0, 0)), std::min(255, qRed(b.picture.pixel(0, 0)) + 60));
+    }
+
+    void captionsFollowTheEffect()
+    {
+        Browser b;
+        b.dialog->mnuFx_Click(1170); // Render
+        b.slider(1)->setValue(150);
+        QCOMPARE(b.label("Label3"), QStringLiteral("Zoom: 1.5"));
+        QVERIFY(b.child<QWidget>("transparencyGroup")->isVisibleTo(b.dialog.get()));
+        b.dialog->mnuFx_Click(1040); // Transparent Text
+        QCOMPARE(b.child<QCheckBox>("chkText3d")->text(), QStringLiteral("Soften"));
+        b.slider(5)->setValue(-15);
+        QCOMPARE(b.label("Label12"), QStringLiteral("Rotate: -1"));
+        QCOMPARE(b.label("Label3"), QStringLiteral("Font:"));
+        b.dialog->mnuFx_Click(1020); // Blur
+        QCOMPARE(b.child<QCheckBox>("chkText3d")->text(), QStringLiteral("3D-Shadow"));
+        QCOMPARE(b.label("Label2"), QStringLiteral("N/A Blur"));
+        QCOMPARE(b.label("Label3"), QStringLiteral("N/a"));
+        QVERIFY(!b.slider(0)->isEnabled());
+        b.dialog->mnuFx_Click(1220); // Scanlines: the value is 128 at once
+        QCOMPARE(b.slider(0)->value(), 128);
+        QVERIFY(b.menuActionChecked(1220));
+    }
+
+    void colourPanelDropsOutOfRangeValuesAndPicksFromItsPicture()
+    {
+        Browser b;
+        b.dialog->mnuFx_Click(1250); // Tone
+        auto* red = b.child<QLineEdit>("RGBValues(0)");
+        auto* redSlider = b.child<QSlider>("HScrollc2(0)");
+        const Color before = b.dialog->state().EffectColor;
+        red->setText(QStringLiteral("256"));
+        Q_EMIT red->textEdited(red->text());
+        QCOMPARE(b.dialog->state().EffectColor, before);
+        red->setText(QStringLiteral("12"));
+        Q_EMIT red->textEdited(red->text());
+        QCOMPARE(redSlider->value(), 12);
+        QCOMPARE(ColorRed(b.dialog->state().EffectColor), 12);
+        const QPixmap picture = b.child<QLabel>("ColorSel")->pixmap();
+        const QImage colours = picture.toImage();
+        b.dialog->ColorSel_MouseDown(1, 50, 10);
+        QCOMPARE(redSlider->value(), qRed(colours.pixel(50, 10)));
+        QCOMPARE(b.dialog->state().EffectColor, FromQRgb(colours.pixel(50, 50))); // along the diagonal
+        b.dialog->ColorSel_MouseDown(2, 20, 60);
+        QCOMPARE(b.dialog->state().ShadowColor, FromQRgb(colours.pixel(20, 20)));
+    }
+
+    void transparencyColourIsPickedFromThePreview()
+    {
+        Browser b;
+        b.dialog->mnuFx_Click(1200); // Rotate
+        b.dialog->imgTransparency_Click();
+        QVERIFY(b.dialog->view()->picking());
+        Q_EMIT b.dialog->view()->picked(QPointF(6.5, 4.2), Qt::LeftButton);
+        QCOMPARE(b.dialog->state().TransparentColor, FromQRgb(b.picture.pixel(6, 4)));
+        QVERIFY(!b.dialog->view()->picking());
+    }
+
+    void draggingThePictureMovesTheSpotLight()
+    {
+        Browser b;
+        b.dialog->resize(900, 600);
+        b.dialog->mnuFx_Click(1130);
+        QWidget* area = b.dialog->view()->viewport();
+        QTest::mousePress(area, Qt::LeftButton, {}, QPoint(100, 100));
+        QTest::mouseMove(area, QPoint(70, 80));
+        QTest::mouseRelease(area, Qt::LeftButton, {}, QPoint(70, 80));
+        b.dialog->RenderPreview();
+        QCOMPARE(b.dialog->state().PointerX, 282);
+        QCOMPARE(b.dialog->state().PointerY, 213);
+    }
+
+    void imageMenuMirrorsAndAmbientPresetsPreview()
+    {
+        Browser b;
+        b.dialog->menuAction(QStringLiteral("mnufliphor"))->trigger();
+        // The right half is the reflection of the left half.
+        QCOMPARE(b.preview().pixel(40 - 3, 5), b.picture.pixel(3, 5));
+        QCOMPARE(b.preview().pixel(3, 5), b.picture.pixel(3, 5));
+        b.dialog->menuAction(QStringLiteral("mnuAmbients(3)"))->trigger(); // Red Dark
+        Surface expected;
+        expected.setImage(b.picture);
+        PaintAmbientPreset(expected, WholeOf(expected), *AmbientPresetAt(3));
+        QCOMPARE(b.preview(), expected.Image());
+        QCOMPARE(DifferingPixels(b.form->doc.Buffer.Image(), b.picture), 0);
+    }
+
+    void moreEffectsOpensTheProjectPage()
+    {
+        Browser b;
+        UrlCatcher catcher;
+        QDesktopServices::setUrlHandler(QStringLiteral("https"), &catcher, "open");
+        b.dialog->menuAction(QStringLiteral("menuhelpeff"))->trigger();
+        QDesktopServices::unsetUrlHandler(QStringLiteral("https"));
+        QCOMPARE(catcher.url, QUrl(QString::fromLatin1(kMoreEffectsAddress)));
+    }
+};
+
+QTEST_MAIN(tst_EffectsBrowser)
+#include "tst_effectsbrowser.moc"
