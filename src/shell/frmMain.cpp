@@ -213,6 +213,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     // Esc cancels long work while the progress strip shows.
     qApp->installEventFilter(this);
     guarded("RemoveOldEffects", [&] { RemoveOldEffects(); });
+    guarded("FindIrfanView", [&] { FindIrfanView(); });
     guarded("GetSettings", [&] { GetSettings(false); });
     MRUDlist(1);
 

@@ -51,6 +51,7 @@ class frmPaint;
 class ProgressStrip;
 struct GridSettings;
 struct Services;
+struct WriteFailure;
 enum class SaveFormat;
 
 // The size of the blank page at start: the room beside the bars, or 640 x 480 and its
@@ -243,6 +244,30 @@ public:
     // mnuextraplugins(i) for i from 4 on, each with its stored name as data; null past the last.
     QAction* PluginEntry(int index) const;
     ExternalEffect& externalEffect();
+    // Import, export and the outside tools: the desktop's picture viewer, scanning and
+    // the wallpaper (frmMain_Import.cpp, frmMain_Outside.cpp).
+    void Imports_Click(int index);
+    void mnuExportPNG_Click();
+    void mnuExportBMPOptions_Click();
+    void mnuCopyTo_Click();
+    void mnuPasteFrom_Click();
+    // Looks for the desktop's picture viewer; its entry in the Edit menu shows, with the
+    // viewer's name, once one is found.
+    void FindIrfanView();
+    void mnucopyIrfanview_Click();
+    void mnuSelTwain_Click();
+    void mnuAcquire_Click();
+    void mnuwallpaper_Click();
+    // Places a picture on the active document as a floating selection, as Paste does.
+    void PastePicture(const QImage& picture);
+    // The desktop viewer's command (its Exec line; known when longer than 5 characters),
+    // its name, icon and .desktop file.
+    QString IrfanViewPath;
+    QString IrfanViewName;
+    QString IrfanViewIcon;
+    QString IrfanViewFile;
+    // The last name "Copy To" wrote to.
+    QString CopyToName;
     // Effects: the one-click filters of the Image and Effects menus and the Effects
     // Browser (frmMain_Effects.cpp).
     void Greyscale_Click(int index);
@@ -418,6 +443,20 @@ private:
     void refreshWindowList();
     void documentActivated(QMdiSubWindow* window);
 
+    // Loads `path` into a new document's Buffer (a drawing through its converter, with
+    // the progress strip and Esc). On failure the empty window stays and a message names
+    // `shownName`; false.
+    bool loadIntoDocument(frmPaint& form, const QString& path, const QString& shownName);
+    // A picture file as OpenPicture reads it, with the progress strip and Esc while a
+    // drawing converts.
+    QImage openPictureFile(const QString& path, QString& error, int& errorNumber);
+    // "Error loading <name>. Err nr:<n>" and the reason; "Error saving file: <n> - <reason>".
+    void showLoadError(const QString& name, int errorNumber, const QString& reason);
+    void showSaveError(const WriteFailure& failure);
+    // The outside tools' entries: the viewer's shows when one is known, scanning is
+    // there when the scanner companion is.
+    void validateOutsideTools();
+
     // Menu plumbing: a command is enabled only when it is built and its rule allows it.
     void runHandler(const MenuHandler& handler, int index);
     int rowOf(MenuId id, int index) const;
@@ -472,6 +511,8 @@ private:
     bool m_exiting = false;
     std::unique_ptr<RecoveryStore> m_recoveryStore;
     std::unique_ptr<RecoveryWriter> m_recovery;
+    // The scanner companion is there: 1 yes, 0 no, -1 not looked for yet.
+    int m_scannerThere = -1;
     // Busy states open now, and the one that started the progress strip (0: none).
     int m_busyDepth = 0;
     int m_progressDepth = 0;

@@ -67,7 +67,11 @@ void frmMain::ClearSelection_Click()
 
 void frmMain::Paste_Click()
 {
-    const QImage picture = clipboardPicture();
+    PastePicture(clipboardPicture());
+}
+
+void frmMain::PastePicture(const QImage& picture)
+{
     if (!activeDocument() || picture.isNull())
         return;
     // A float still up lands where it stands first; the new one replaces it.

@@ -8,6 +8,7 @@
 #include "document/frmPaint.h"
 #include "files/BmpWriter.h"
 #include "files/DialogAPI.h"
+#include "files/OpenPicture.h"
 #include "files/read/PictureLoader.h"
 #include "shell/Services.h"
 #include "tools/Selection.h"
@@ -99,7 +100,7 @@ void frmMain::RevertSaved(const QString& path)
         form->PreDefZoom(100);
     doc.SetCaption(doc.Name);
     const QString file = path.isEmpty() ? doc.Name : path;
-    const QImage picture = FileExists(file) ? LoadPicture(file) : QImage();
+    const QImage picture = FileExists(file) ? OpenPicture(file) : QImage();
     // An unreadable file leaves the picture as it was. The picture keeps its own file
     // name too then, so that a page that was never saved is never written under the
     // window's name behind the user's back.

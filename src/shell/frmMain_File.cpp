@@ -4,9 +4,10 @@
 
 #include "core/Prompt.h"
 #include "core/Surface.h"
+#include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "files/DialogAPI.h"
-#include "files/read/PictureLoader.h"
+#include "files/OpenPicture.h"
 #include "imageops/frmNew.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -21,6 +22,7 @@
 #include <QStyleOptionTitleBar>
 
 #include <algorithm>
+#include <optional>
 
 namespace velunta {
 
@@ -150,6 +152,49 @@ void frmMain::Exit_Click()
     close(); // which ends the program
 }
 
+QImage frmMain::openPictureFile(const QString& path, QString& error, int& errorNumber)
+{
+    // Only a drawing's converter takes long enough for the progress strip.
+    std::optional<BusyScope> busy;
+    return OpenPicture(path, &error, &errorNumber, [&](double gone) {
+        if (!busy)
+            busy.emplace(*this, true);
+        return !busy->progress(gone);
+    });
+}
+
+void frmMain::showLoadError(const QString& name, int errorNumber, const QString& reason)
+{
+    m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") + QString::number(errorNumber) +
+                                 (reason.isEmpty() ? QString() : QString(QStringLiteral("\n\n") + reason)),
+                             vbOKOnly, QStringLiteral("Velunta"));
+}
+
+bool frmMain::loadIntoDocument(frmPaint& form, const QString& path, const QString& shownName)
+{
+    QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form.parentWidget());
+    QString error;
+    int errorNumber = 0;
+    const QImage picture = openPictureFile(path, error, errorNumber);
+    if (picture.isNull()) {
+        // The empty window stays, as the load left it.
+        placeDocumentWindow(m_mdi, &form);
+        sw->show();
+        showLoadError(shownName, errorNumber, error);
+        return false;
+    }
+    try {
+        form.doc.Buffer.setPicture(picture);
+        form.doc.Buffer.setScaleSize(picture.width(), picture.height());
+        form.doc.Buffer.Cls();
+    } catch (const AllocationError&) {
+        sw->show();
+        showLoadError(shownName, 7, tr("There is not enough memory for this picture."));
+        return false;
+    }
+    return true;
+}
+
 void frmMain::Open_Click()
 {
     QString name = FileToOpen;
@@ -171,32 +216,8 @@ void frmMain::Open_Click()
     frmPaint* form = createDocument();
     form->doc.Name = name;
     form->doc.SetCaption(name);
-    QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
-
-    QString error;
-    int errorNumber = 0;
-    const QImage picture = LoadPicture(name, &error, &errorNumber);
-    if (picture.isNull()) {
-        // The empty window stays, as the load left it.
-        placeDocumentWindow(m_mdi, form);
-        sw->show();
-        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") +
-                                     QString::number(errorNumber) +
-                                     (error.isEmpty() ? QString() : QString(QStringLiteral("\n\n") + error)),
-                                 vbOKOnly, QStringLiteral("Velunta"));
+    if (!loadIntoDocument(*form, name, name))
         return;
-    }
-    try {
-        form->doc.Buffer.setPicture(picture);
-        form->doc.Buffer.setScaleSize(picture.width(), picture.height());
-        form->doc.Buffer.Cls();
-    } catch (const AllocationError&) {
-        sw->show();
-        m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:7") + QStringLiteral("\n\n") +
-                                     tr("There is not enough memory for this picture."),
-                                 vbOKOnly, QStringLiteral("Velunta"));
-        return;
-    }
     form->doc.Buffer.Tag = name;
     showDocument(form, MaximizeOnOpen);
     enable(MenuId::mnuundorevert, true);

@@ -109,9 +109,7 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
         m_services.prompt.MsgBox(tr("Saving cancelled. The file was left as it was."), vbOKOnly,
                                  QStringLiteral("Velunta"));
     else if (!written)
-        m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
-                                     QStringLiteral(" - ") + failure.reason,
-                                 vbOKOnly, QStringLiteral("Velunta"));
+        showSaveError(failure);
     if (!written)
         return false;
     Document& doc = form->doc;
@@ -123,6 +121,13 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
     enable(MenuId::mnuundorevert, true);
     MRUDlist(2, fileName);
     return true;
+}
+
+void frmMain::showSaveError(const WriteFailure& failure)
+{
+    m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
+                                 QStringLiteral(" - ") + failure.reason,
+                             vbOKOnly, QStringLiteral("Velunta"));
 }
 
 void frmMain::mnuExportBMP_Click()

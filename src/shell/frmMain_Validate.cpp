@@ -99,6 +99,7 @@ void frmMain::ValidateMenus()
     if (m_colorStrip)
         m_colorStrip->setPaletteEnabled(form != nullptr);
     enableExternalEffects(form != nullptr);
+    validateOutsideTools();
 }
 
 void frmMain::SetUndoEnabled(bool enabled)
