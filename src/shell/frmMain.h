@@ -173,6 +173,9 @@ public:
     // Opens the Effects Browser on the picture or the floating selection.
     void mnuEffectBrowser_Click();
 
+    // Printing: the print preview, which prints (frmMain_Print.cpp).
+    void mnuPrint_Click();
+
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.
     RecoveryWriter* recoveryWriter() const { return m_recovery.get(); }
