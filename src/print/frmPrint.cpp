@@ -365,7 +365,14 @@ void frmPrint::ReDrawScalePic()
     const QRect shown(int(std::lround(pic.x() * f)), int(std::lround(pic.y() * f)),
                       std::max(1, int(std::lround(pic.width() * f))),
                       std::max(1, int(std::lround(pic.height() * f))));
-    m_sheet->setSheet(paper, shown, m_picture);
+    // A monochrome print shows grey on the sheet too.
+    if (checkedIndex(m_color, 0) == 1) {
+        if (m_grey.isNull() && !m_picture.isNull())
+            m_grey = m_picture.convertToFormat(QImage::Format_Grayscale8);
+        m_sheet->setSheet(paper, shown, m_grey);
+    } else {
+        m_sheet->setSheet(paper, shown, m_picture);
+    }
 }
 
 void frmPrint::marginChanged(int i)

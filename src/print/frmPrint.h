@@ -101,6 +101,7 @@ private:
     FileDialogs& m_dialogs;
     PrintSettings m_settings;
     QImage m_picture;   // picPrint: the picture at full size
+    QImage m_grey;      // its grey form, made when monochrome is first shown
     QSizeF m_printSize; // its size on the sheet, in twips
     int m_zoomPercent = 35;
     QString m_pdfFile;

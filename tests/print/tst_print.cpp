@@ -5,8 +5,10 @@
 #include "print/SheetView.h"
 #include "print/frmPrint.h"
 #include "support/FakeServices.h"
+#include "support/MainWindowFixture.h"
 #include "widgets/zolButton.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDir>
@@ -328,6 +330,28 @@ private Q_SLOTS:
         m_dialogs.paths.clear(); // the file dialog is cancelled
         QVERIFY(!form.printPic());
         QVERIFY(m_prompt.shown.isEmpty());
+    }
+
+    void fileMenuAndToolbarOpenThePreview()
+    {
+        MainWindowFixture fixture;
+        frmMain& m = fixture.main();
+        fixture.newDocument(64, 48);
+        QVERIFY(m.action(MenuId::mnuPrint)->isEnabled());
+        QVERIFY(m.CmdCommands(5)->isEnabled());
+        QSize seen;
+        QString temp;
+        QTimer::singleShot(0, [&] {
+            auto* form = qobject_cast<frmPrint*>(QApplication::activeModalWidget());
+            QVERIFY(form);
+            temp = form->tempPicturePath();
+            seen = QImage(temp).size();
+            QCOMPARE(form->windowTitle(), QStringLiteral("Print Preview"));
+            form->close();
+        });
+        m.CmdCommands(5)->click();
+        QCOMPARE(seen, QSize(64, 48));
+        QVERIFY(!QFile::exists(temp));
     }
 };
 
