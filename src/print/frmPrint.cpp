@@ -220,6 +220,12 @@ void frmPrint::buildControls()
     const int preferred = m_printer->findData(defaultPrinter);
     m_printer->setCurrentIndex(preferred >= 0 && !defaultPrinter.isEmpty() ? preferred : 0);
     side->addWidget(m_printer);
+    if (m_printer->count() == 1) {
+        auto* none = new QLabel(tr("No printer is set up: the picture goes to a PDF file."), this);
+        none->setObjectName(QStringLiteral("lblNoPrinter"));
+        none->setWordWrap(true);
+        side->addWidget(none);
+    }
 
     m_cmdFit = new zolButton(tr("Best fit"), this);
     m_cmdFit->setObjectName(QStringLiteral("Command1"));
@@ -511,8 +517,14 @@ bool frmPrint::printPic()
             const double dots = printer.resolution() / kTwipsPerInch;
             const QRectF pic = pictureTwips();
             const QRectF target(pic.x() * dots, pic.y() * dots, pic.width() * dots, pic.height() * dots);
-            const QImage ink =
-                s.ColorMode == 1 ? m_picture.convertToFormat(QImage::Format_Grayscale8) : m_picture;
+            // A picture with more pixels than the printer has dots there is cut down to
+            // them first: the page looks the same and the job stays small.
+            QImage ink = m_picture;
+            const QSize dotsThere = target.size().toSize().expandedTo(QSize(1, 1));
+            if (ink.width() > dotsThere.width() && ink.height() > dotsThere.height())
+                ink = ink.scaled(dotsThere, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            if (s.ColorMode == 1)
+                ink = ink.convertToFormat(QImage::Format_Grayscale8);
             painter.setRenderHint(QPainter::SmoothPixmapTransform);
             painter.drawImage(target, ink);
             ok = painter.end();
