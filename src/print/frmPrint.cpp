@@ -408,6 +408,8 @@ void frmPrint::mnuZoompercent_Click(int index)
     const auto& list = ZoomList();
     const auto at = std::find(list.begin(), list.end(), m_zoomPercent);
     m_applying = true;
+    // A factor the list doesn't hold shows as the list's text all the same.
+    m_zoom->setPlaceholderText(QStringLiteral("%1%").arg(m_zoomPercent));
     m_zoom->setCurrentIndex(at == list.end() ? -1 : int(at - list.begin()));
     m_applying = false;
     ReDrawScalePic();
@@ -526,7 +528,14 @@ bool frmPrint::printPic()
             if (s.ColorMode == 1)
                 ink = ink.convertToFormat(QImage::Format_Grayscale8);
             painter.setRenderHint(QPainter::SmoothPixmapTransform);
-            painter.drawImage(target, ink);
+            // A printer's queue makes the copies itself; a PDF file gets one page a copy.
+            const int pages = printer.supportsMultipleCopies() ? 1 : copies;
+            bool more = true;
+            for (int page = 0; page < pages && more; ++page) {
+                if (page > 0)
+                    more = printer.newPage();
+                painter.drawImage(target, ink);
+            }
             ok = painter.end();
         }
     }

@@ -175,6 +175,8 @@ private Q_SLOTS:
         QCOMPARE(form.picOffset()->paper(), QSize(1613, 1080));
         form.mnuZoompercent_Click(0); // 15%, which the list doesn't have
         QCOMPARE(form.zoomPercent(), 15);
+        QCOMPARE(form.Cmbzoom()->currentIndex(), -1);
+        QCOMPARE(form.Cmbzoom()->placeholderText(), QStringLiteral("15%"));
         QCOMPARE(form.picOffset()->paper(), QSize(242, 162));
         form.HScroll1(0)->setValue(50);
         QCOMPARE(form.lblMargin(0)->text(), QStringLiteral("050"));
@@ -310,6 +312,10 @@ private Q_SLOTS:
         form.txtCopies()->setText(typed);
         QVERIFY(form.printPic());
         QCOMPARE(form.txtCopies()->text(), after);
+        // The PDF file holds one page a copy.
+        QFile pdf(folder() + QStringLiteral("copies.pdf"));
+        QVERIFY(pdf.open(QIODevice::ReadOnly));
+        QCOMPARE(pdf.readAll().count("/Type /Page\n"), after.toInt());
     }
 
     void refusedPrintSaysSo()
