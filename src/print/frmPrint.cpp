@@ -279,12 +279,8 @@ void frmPrint::SetPrintSettings(bool write)
     m_zoomPercent = ZoomList()[m_zoom->currentIndex()];
     m_applying = false;
     applyWindowPlace();
-    if (write) {
-        QString reason;
-        if (!WritePrintSettings(settingsPath(), m_settings, QStringLiteral(VELUNTA_VERSION), &reason))
-            m_prompt.MsgBox(tr("Could not save the print settings.") + u'\n' + reason, vbExclamation,
-                            tr("Print Settings"));
-    }
+    if (write)
+        writeSettings();
     ReDrawScalePic();
 }
 
@@ -415,16 +411,21 @@ void frmPrint::mnuZoompercent_Click(int index)
     ReDrawScalePic();
 }
 
+bool frmPrint::writeSettings()
+{
+    QString reason;
+    if (WritePrintSettings(settingsPath(), m_settings, QStringLiteral(VELUNTA_VERSION), &reason))
+        return true;
+    m_prompt.MsgBox(tr("Could not save the print settings.") + u'\n' + reason, vbExclamation,
+                    tr("Print Settings"));
+    return false;
+}
+
 void frmPrint::mnusavesettings_Click()
 {
     m_settings = currentSettings();
-    QString reason;
-    if (!WritePrintSettings(settingsPath(), m_settings, QStringLiteral(VELUNTA_VERSION), &reason)) {
-        m_prompt.MsgBox(tr("Could not save the print settings.") + u'\n' + reason, vbExclamation,
-                        tr("Print Settings"));
-        return;
-    }
-    m_prompt.MsgBox(tr("Print Settings Saved."), vbOKOnly, tr("Print Settings"));
+    if (writeSettings())
+        m_prompt.MsgBox(tr("Print Settings Saved."), vbOKOnly, tr("Print Settings"));
 }
 
 void frmPrint::mnurestore_Click()

@@ -92,6 +92,8 @@ private:
     void applyWindowPlace();
     void rememberWindowPlace();
     void marginChanged(int i);
+    // Writes the record; a failure is said in a box and leaves the old file.
+    bool writeSettings();
     // Asks the printer chosen in the list, or the PDF file; false when cancelled.
     bool preparePrinter(QPrinter& printer);
     int copiesToPrint();

@@ -232,6 +232,16 @@ private Q_SLOTS:
         QCOMPARE(again.HScroll1(1)->value(), 900);
     }
 
+    void unwritableFolderSaysSoAndKeepsWorking()
+    {
+        frmPrint form(solid(40, 30, Qt::red), QStringLiteral("/proc/no-such-folder/"), m_prompt, m_dialogs);
+        form.mnusavesettings_Click();
+        QCOMPARE(m_prompt.shown.size(), 1);
+        QVERIFY(m_prompt.shown[0].text.startsWith(QStringLiteral("Could not save the print settings.")));
+        form.Command1()->click();
+        QVERIFY(form.pictureTwips().width() > 40 * 15);
+    }
+
     void workingCopyLivesAsLongAsThePreview()
     {
         QString path;
