@@ -167,6 +167,7 @@ void frmPrint::buildControls()
         for (int i = 0; i < 2; ++i)
             inner->addWidget(m_color[i] =
                                  option(captions[i], QStringLiteral("OptColor(%1)").arg(i), g, i, this));
+        connect(g, &QButtonGroup::idClicked, this, redraw);
     }
     {
         auto [inner, g] = group(tr("Quality"));

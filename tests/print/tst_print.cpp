@@ -184,6 +184,16 @@ private Q_SLOTS:
         QCOMPARE(form.lblMargin(0)->text(), QStringLiteral("1500"));
     }
 
+    void monochromeChoiceLeftTheSheetInColour()
+    {
+        frmPrint form(solid(200, 200, QColor(220, 20, 20)), folder(), m_prompt, m_dialogs);
+        const QPoint inside = form.picOffset()->picZoom().center();
+        QVERIFY(QColor(form.picOffset()->grab().toImage().pixel(inside)).red() > 180);
+        form.OptColor(1)->click();
+        const QColor shown = form.picOffset()->grab().toImage().pixel(inside);
+        QVERIFY(shown.red() == shown.green() && shown.green() == shown.blue());
+    }
+
     void bestFitKeepsProportionsInsideTheSheet_data()
     {
         QTest::addColumn<QSize>("picture");
