@@ -140,8 +140,8 @@ void PSet(Surface& s, double x, double y, Color color);
 // either order) with corner ellipses w x h (clamped to the box; large enough they
 // make an ellipse; 0 gives square corners). A pixel is in the shape when its centre
 // is, and the shape always reaches all four sides of the box. Outline with the pen
-// (ForeColor): the shape's pixels within DrawWidth of its outside, so it never leaves
-// the box; interior with the brush.
+// (ForeColor) centred on the shape's edge, as on the sides of a Line box: DrawWidth / 2
+// pixels beyond the box and the rest within it; interior with the brush.
 bool RoundRect(Surface& s, int left, int top, int right, int bottom, int w, int h);
 
 // Edge kinds and side flags of DrawEdge.

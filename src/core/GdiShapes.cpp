@@ -250,37 +250,59 @@ bool RoundRect(Surface& s, int left, int top, int right, int bottom, int w, int 
     const std::int64_t width = std::int64_t(right) - left, height = std::int64_t(bottom) - top;
     if (width <= 0 || height <= 0)
         return false;
-    QImage& image = s.Image();
-    const QRect visible = clippedBox(image, left, top, right, bottom);
-    if (visible.isEmpty())
-        return true;
     const std::int64_t cw = std::clamp<std::int64_t>(w, 0, width);
     const std::int64_t ch = std::clamp<std::int64_t>(h, 0, height);
 
-    // The outline is the part of the shape within `pen` pixels of its outside, so it
-    // stays inside the box whatever the width: a pixel lies within the outline when
-    // the disc of radius `pen` around it is wholly in the shape. reach[d] is that
-    // disc's half width d rows away from its centre.
+    // The pen runs along the shape's outline, centred on it as on the sides of a Line
+    // box: `outside` pixels beyond the shape and `inside` pixels (the outline's own row
+    // included) within it, so a rounded rectangle or an ellipse with a wide border is
+    // exactly as large as a square box with the same border. Beyond the shape a pixel is
+    // in the outline when the disc of radius `outside` around it reaches the shape;
+    // within it, when the disc of radius `inside` around it leaves the shape.
+    // discInside[d] and discOutside[d] are those discs' half widths d rows from their centres.
     const int pen = penWidth(s);
-    std::vector<std::int64_t> reach(pen + 1);
-    for (int d = 0; d <= pen; ++d)
-        reach[d] = std::int64_t(std::floor(std::sqrt(double(pen) * pen - double(d) * d) + 1e-9));
-    const std::int64_t firstRow = std::int64_t(visible.top()) - top - pen;
+    const int outside = pen / 2, inside = pen - outside;
+    const auto disc = [](int radius) {
+        std::vector<std::int64_t> reach(radius + 1);
+        for (int d = 0; d <= radius; ++d)
+            reach[d] = std::int64_t(std::floor(std::sqrt(double(radius) * radius - double(d) * d) + 1e-9));
+        return reach;
+    };
+    const std::vector<std::int64_t> reachIn = disc(inside), reachOut = disc(outside);
+
+    QImage& image = s.Image();
+    const QRect visible = clippedBox(image, std::int64_t(left) - outside, std::int64_t(top) - outside,
+                                     std::int64_t(right) + outside, std::int64_t(bottom) + outside);
+    if (visible.isEmpty())
+        return true;
+    const int reach = std::max(inside, outside);
+    const std::int64_t firstRow = std::int64_t(visible.top()) - top - reach;
     std::vector<Interval> rows;
-    for (std::int64_t j = firstRow; j <= std::int64_t(visible.bottom()) - top + pen; ++j)
+    for (std::int64_t j = firstRow; j <= std::int64_t(visible.bottom()) - top + reach; ++j)
         rows.push_back(roundRectRow(j, width, height, cw, ch));
 
     const Brush brush = Brush::of(s);
     const QRgb outline = ToQRgb(s.ForeColor);
     for (int y = visible.top(); y <= visible.bottom(); ++y) {
-        const std::int64_t at = std::int64_t(y) - top - firstRow;
-        const Interval shape = rows[std::size_t(at)];
-        if (shape.empty())
+        const std::size_t at = std::size_t(std::int64_t(y) - top - firstRow);
+        // The shape grown by the outer disc: one run, as the shape is convex.
+        Interval outer;
+        for (int d = -outside; d <= outside; ++d) {
+            const Interval other = rows[at + d];
+            if (other.empty())
+                continue;
+            const std::int64_t k = reachOut[std::abs(d)];
+            outer = outer.empty() ? Interval{other.first - k, other.last + k}
+                                  : Interval{std::min(outer.first, other.first - k),
+                                             std::max(outer.last, other.last + k)};
+        }
+        if (outer.empty())
             continue;
-        Interval inner = shape;
-        for (int d = -pen; d <= pen && !inner.empty(); ++d) {
-            const Interval other = rows[std::size_t(at + d)];
-            const std::int64_t k = reach[std::abs(d)];
+        // The shape shrunk by the inner disc is what the brush paints.
+        Interval inner = rows[at];
+        for (int d = -inside; d <= inside && !inner.empty(); ++d) {
+            const Interval other = rows[at + d];
+            const std::int64_t k = reachIn[std::abs(d)];
             inner = other.empty() ? Interval{} : intersect(inner, {other.first + k, other.last - k});
         }
         // Shape columns as picture columns, clipped.
@@ -291,11 +313,11 @@ bool RoundRect(Surface& s, int left, int top, int right, int bottom, int w, int 
                 paintSpan(image, y, int(from), int(to), with);
         };
         if (inner.empty()) {
-            paint(shape.first, shape.last, outline);
+            paint(outer.first, outer.last, outline);
             continue;
         }
-        paint(shape.first, inner.first - 1, outline);
-        paint(inner.last + 1, shape.last, outline);
+        paint(outer.first, inner.first - 1, outline);
+        paint(inner.last + 1, outer.last, outline);
         paint(inner.first, inner.last, brush);
     }
     s.touch(visible);

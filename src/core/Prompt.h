@@ -19,10 +19,16 @@ enum PromptStyle {
     vbQuestion = 32,
     vbExclamation = 48,
     vbInformation = 64,
-    // The questions the program asks with an icon.
-    vbYesNoWarning = vbYesNo | vbExclamation,                 // 0x34
-    vbYesNoInformation = vbYesNo | vbInformation,             // 0x44
-    vbYesNoCancelInformation = vbYesNoCancel | vbInformation, // 67
+    // The questions the program asks with an icon, by the values it passes. Their icons
+    // are the program's own, not the bits' (the Qt prompt maps each value): 0x34 asks
+    // with a question mark, 0x44 warns, 67 asks Yes, No or Cancel with a question mark.
+    vbQuestionYesNo = 0x34,
+    vbWarningYesNo = 0x44,
+    vbQuestionYesNoCancel = 67,
+    // Earlier names of the same values, named after their bits.
+    vbYesNoWarning = vbQuestionYesNo,
+    vbYesNoInformation = vbWarningYesNo,
+    vbYesNoCancelInformation = vbQuestionYesNoCancel,
 };
 
 class Prompt {
@@ -35,6 +41,9 @@ public:
 class FileDialogs {
 public:
     virtual ~FileDialogs() = default;
+    // The folder the dialogs open in: the one last chosen from (kept in the settings).
+    // Empty means the user's pictures folder.
+    QString StartFolder;
     // A ready filter in Qt's form ("Picture Files (*.bmp *.jpg);;All Files (*)").
     // Returns the chosen path, or an empty string on cancel.
     virtual QString getOpenFileName(const QString& title, const QString& filter,

@@ -22,6 +22,9 @@ public:
     // Before the picture changes its size: it is written to temp/undo.bmp, for Undo Resize.
     virtual void SaveUndoBitmap() = 0;
     virtual void ValidateMenus() = 0;
+    // A command took its undo step and changed the picture: Undo is offered, as after a
+    // stroke.
+    virtual void UndoRecorded() {}
     // The picture changed its size: the view and the size read-out follow.
     virtual void PictureResized() = 0;
 

@@ -101,9 +101,12 @@ public:
     } FillDrag;
     // The text tool's box.
     TextBoxState textBox;
-    // The selection's origin in view pixels as last placed.
-    int SelectionViewX = 0;
-    int SelectionViewY = 0;
+    // The marquee's origin in view pixels as last placed (SelectionViewX, SelectionViewY):
+    // the pointer tool's drag of the selection starts from it. Whatever places the
+    // marquee (a new area, a drag, Paste, Select All, a zoom) sets it, so the first drag
+    // doesn't make the float jump.
+    int LastSelectionLeft = 0;
+    int LastSelectionTop = 0;
 
     // The window's tag (the document's name, "Untitled.bmp" for a blank page) and caption.
     QString Name;

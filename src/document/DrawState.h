@@ -40,8 +40,6 @@ struct DrawState {
     int FillPattern = 0;
     std::array<SelectorValue, 16> SelectorValues;
     std::array<std::int32_t, 3> ColorMixState{0, 0, 0};
-    int LastSelectionLeft = 0;
-    int LastSelectionTop = 0;
     int LastBlurX = 0;
     int LastBlurY = 0;
     int SelectionBlend = 128;

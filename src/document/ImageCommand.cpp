@@ -111,6 +111,8 @@ bool ImageCommand::runWork(const std::function<bool(ImageCommand&)>& work)
         if (changed) {
             m_target->touchAll();
             doc.SetDirtyTrue();
+            if (m_options.undo)
+                m_host.UndoRecorded();
         }
         UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
         if (doc.Buffer.Width() != before.width || doc.Buffer.Height() != before.height)

@@ -69,4 +69,18 @@ void ClearTextState(Document& doc)
         doc.viewWindow->textBoxChanged();
 }
 
+Color TextBoxBackColor(Color fore, Color back)
+{
+    return fore != back ? back : fore == 0xFFFFFF ? 0 : 0xFFFFFF;
+}
+
+void SetTextBoxColors(Document& doc, Color fore, Color back)
+{
+    TextBoxState& box = doc.textBox;
+    box.ForeColor = fore;
+    box.BackColor = TextBoxBackColor(fore, back);
+    if (doc.viewWindow && (box.InputVisible || box.LabelVisible))
+        doc.viewWindow->textBoxChanged();
+}
+
 } // namespace velunta

@@ -51,4 +51,10 @@ void UpdateTextbox(Document& doc);
 // Empties and hides the box and the label; the measuring label goes back to "M".
 void ClearTextState(Document& doc);
 
+// The box's background for the working colours: the background colour, but white
+// (black for a white foreground) when both are alike, so the text stays legible.
+Color TextBoxBackColor(Color fore, Color back);
+// The box takes the working colours; a showing box is redrawn.
+void SetTextBoxColors(Document& doc, Color fore, Color back);
+
 } // namespace velunta

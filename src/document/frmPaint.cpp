@@ -15,6 +15,28 @@
 
 namespace velunta {
 
+namespace {
+
+const char* const kScrollBarStyle =
+    "QScrollBar { background: rgb(232,238,247); border: 1px solid rgb(190,200,215); }"
+    "QScrollBar:horizontal { height: 16px; margin: 0 16px; }"
+    "QScrollBar:vertical { width: 16px; margin: 16px 0; }"
+    "QScrollBar::handle { background: rgb(120,150,200); border: 1px solid rgb(80,105,150); border-radius: "
+    "3px; }"
+    "QScrollBar::handle:hover { background: rgb(95,128,185); }"
+    "QScrollBar::handle:horizontal { min-width: 20px; }"
+    "QScrollBar::handle:vertical { min-height: 20px; }"
+    "QScrollBar::add-line, QScrollBar::sub-line { background: rgb(214,225,240); border: 1px solid "
+    "rgb(190,200,215); subcontrol-origin: margin; }"
+    "QScrollBar::add-line:horizontal { width: 15px; subcontrol-position: right; }"
+    "QScrollBar::sub-line:horizontal { width: 15px; subcontrol-position: left; }"
+    "QScrollBar::add-line:vertical { height: 15px; subcontrol-position: bottom; }"
+    "QScrollBar::sub-line:vertical { height: 15px; subcontrol-position: top; }"
+    "QScrollBar::add-page, QScrollBar::sub-page { background: none; }"
+    "QScrollBar:disabled { background: rgb(240,242,246); }";
+
+} // namespace
+
 frmPaint::frmPaint(DocumentHost& host, QWidget* parent) : QWidget(parent), m_host(host)
 {
     setObjectName(QStringLiteral("frmPaint"));
@@ -31,6 +53,9 @@ frmPaint::frmPaint(DocumentHost& host, QWidget* parent) : QWidget(parent), m_hos
     m_vScroll->setObjectName(QStringLiteral("VScroll1"));
     m_hScroll->setFocusPolicy(Qt::NoFocus);
     m_vScroll->setFocusPolicy(Qt::NoFocus);
+    // The thumb is the dark part of the bar, so nobody takes the track for it.
+    for (QScrollBar* bar : {m_hScroll, m_vScroll})
+        bar->setStyleSheet(QString::fromLatin1(kScrollBarStyle));
     connect(m_hScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
     connect(m_vScroll, &QScrollBar::valueChanged, this, &frmPaint::scrolled);
     // The text box lies on the view, so its text scrolls and zooms with the picture and
@@ -102,28 +127,24 @@ void frmPaint::Form_Resize()
 
     const int backW = m_back->width(), backH = m_back->height();
     const int paintW = m_paintArea->width(), paintH = m_paintArea->height();
-    int left, top;
-    // A view narrower than the viewport stands in its middle and its bar has nothing to do.
-    if (paintW < backW) {
-        left = (backW - paintW) / 2;
-        m_hScroll->setRange(0, 0);
-        m_hScroll->setPageStep(backW);
-    } else {
-        m_hScroll->setRange(1, std::max(1, paintW - backW));
-        m_hScroll->setPageStep(std::max(1, backW));
-        m_hScroll->setSingleStep(std::max(1, backW / 10));
-        left = -m_hScroll->value();
-    }
-    if (paintH < backH) {
-        top = (backH - paintH) / 2;
-        m_vScroll->setRange(0, 0);
-        m_vScroll->setPageStep(backH);
-    } else {
-        m_vScroll->setRange(1, std::max(1, paintH - backH));
-        m_vScroll->setPageStep(std::max(1, backH));
-        m_vScroll->setSingleStep(std::max(1, backH / 10));
-        top = -m_vScroll->value();
-    }
+    // A view narrower than the viewport stands in its middle and its bar has nothing to
+    // do. Otherwise the view stands at minus the bar's value, and an arrow steps by the
+    // visible width.
+    const auto layoutBar = [](QScrollBar* bar, int paint, int visible) {
+        if (paint < visible) {
+            bar->setRange(0, 0);
+            bar->setPageStep(0);
+            bar->setEnabled(false);
+            return (visible - paint) / 2;
+        }
+        bar->setRange(1, std::max(1, paint - visible));
+        bar->setPageStep(std::max(1, visible));
+        bar->setSingleStep(std::max(1, visible));
+        bar->setEnabled(bar->maximum() > bar->minimum());
+        return -bar->value();
+    };
+    const int left = layoutBar(m_hScroll, paintW, backW);
+    const int top = layoutBar(m_vScroll, paintH, backH);
     m_paintArea->move(left, top);
     syncViewGeometry();
     m_inResize = false;
@@ -177,8 +198,8 @@ void frmPaint::RealignZoom(double ratioY, double ratioX)
         doc.CropArea.Move(sel.Left * z, sel.Top * z, sel.Width() * z, sel.Height() * z);
     if (doc.SelectArea.Visible) {
         doc.SelectArea.Move(sel.Left * z, sel.Top * z, sel.Width() * z, sel.Height() * z);
-        doc.SelectionViewX = I2(doc.SelectArea.Left / 100 * 100);
-        doc.SelectionViewY = I2(doc.SelectArea.Top / 100 * 100);
+        doc.LastSelectionLeft = I2(doc.SelectArea.Left / 100 * 100);
+        doc.LastSelectionTop = I2(doc.SelectArea.Top / 100 * 100);
     }
     setUpdatesEnabled(true);
     m_paintArea->dropScaledPicture();
@@ -308,8 +329,9 @@ void frmPaint::wheelEvent(QWheelEvent* event)
         event->accept();
         return;
     }
+    // A notch of the wheel moves three tenths of the visible part; an arrow a whole one.
     QScrollBar* bar = (event->modifiers() & Qt::ShiftModifier) ? m_hScroll : m_vScroll;
-    bar->setValue(bar->value() - steps * bar->singleStep() * 3);
+    bar->setValue(bar->value() - steps * 3 * std::max(1, bar->pageStep() / 10));
     event->accept();
 }
 

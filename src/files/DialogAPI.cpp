@@ -14,6 +14,16 @@ const char* const kStandardFilter = "Picture Files (*.bmp *.jpg *.gif);;"
                                     "JPG Files (*.jpg *.jpeg);;"
                                     "GIF Files (*.gif);;"
                                     "All Files (*)";
+// The open dialog's list starts with every kind of picture the loader reads (it goes by
+// the file's contents, so the names are only a guide); the save list offers what we write.
+const char* const kOpenFilter =
+    "Picture Files (*.bmp *.dib *.rle *.jpg *.jpeg *.jpe *.gif *.png *.ico *.cur);;"
+    "BMP Files (*.bmp);;"
+    "JPG Files (*.jpg *.jpeg);;"
+    "GIF Files (*.gif);;"
+    "PNG Files (*.png);;"
+    "Icons and Cursors (*.ico *.cur);;"
+    "All Files (*)";
 
 } // namespace
 
@@ -32,7 +42,7 @@ QString SaveFilter(const QString& selector)
 
 QString OpenFilter(const QString& filter)
 {
-    return filter.isEmpty() ? QString::fromLatin1(kStandardFilter) : filter;
+    return filter.isEmpty() ? QString::fromLatin1(kOpenFilter) : filter;
 }
 
 QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString& selector,
@@ -44,20 +54,26 @@ QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString
     const QString path =
         dialogs.getSaveFileName(title, SaveFilter(selector),
                                 defaultName.isEmpty() ? QStringLiteral("Untitled") : defaultName, chosen);
-    if (!path.isEmpty())
+    if (!path.isEmpty()) {
         filterIndex = chosen;
+        dialogs.StartFolder = QFileInfo(path).absolutePath();
+    }
     return path;
 }
 
 QString ShowOpenDialog(FileDialogs& dialogs, const QString& title, const QString& filter,
                        const QString& defaultName)
 {
-    return dialogs.getOpenFileName(title, OpenFilter(filter), defaultName);
+    const QString path = dialogs.getOpenFileName(title, OpenFilter(filter), defaultName);
+    if (!path.isEmpty())
+        dialogs.StartFolder = QFileInfo(path).absolutePath();
+    return path;
 }
 
 bool FileExists(const QString& path)
 {
-    return !path.isEmpty() && QFileInfo::exists(path);
+    // A folder is no file: the listing of a folder's name finds no file of that name.
+    return !path.isEmpty() && QFileInfo(path).isFile();
 }
 
 } // namespace velunta

@@ -17,12 +17,13 @@ QString OpenFilter(const QString& filter);
 
 // The chosen path, or an empty string on cancel. filterIndex (1-based) is raised to 1
 // when below and takes the index the user ended on only when the dialog is confirmed.
+// A confirmed dialog makes the chosen file's folder the one the next dialog opens in.
 QString ShowSaveDialog(FileDialogs& dialogs, const QString& title, const QString& selector,
                        const QString& defaultName, int& filterIndex);
 QString ShowOpenDialog(FileDialogs& dialogs, const QString& title, const QString& filter = QString(),
                        const QString& defaultName = QString());
 
-// True when the path names an existing file or folder.
+// True when the path names an existing file (a folder is none).
 bool FileExists(const QString& path);
 
 } // namespace velunta

@@ -15,6 +15,14 @@ const FilterEntry kFilters[6] = {{"", std::nullopt},        {".bmp", SaveFormat:
                                  {".bmp", SaveFormat::Bmp}, {".jpg", SaveFormat::Jpeg},
                                  {".gif", SaveFormat::Gif}, {"", std::nullopt}};
 
+// The extension rules look at the file's own name only: a full stop in a folder's name
+// ("/home/jo.doe/Pictures/cat") is no extension, and no folder loses characters to one.
+template <class Rule> QString onFileName(const QString& path, Rule rule)
+{
+    const qsizetype slash = path.lastIndexOf(u'/');
+    return path.left(slash + 1) + rule(path.mid(slash + 1));
+}
+
 } // namespace
 
 std::optional<SaveFormat> FormatOfFilter(int filterIndex)
@@ -29,11 +37,13 @@ QString SaveAsFileName(QString result, int filterIndex)
 {
     const QString extension =
         QString::fromLatin1(kFilters[std::clamp(filterIndex, 0, int(kFilterAllFiles))].extension);
-    if (!result.contains(u'.'))
-        result += extension;
-    if (!result.contains(extension))
-        result = result.left(result.size() - 4) + extension;
-    return result;
+    return onFileName(result, [&](QString name) -> QString {
+        if (!name.contains(u'.'))
+            name += extension;
+        if (!name.contains(extension))
+            name = name.left(name.size() - 4) + extension;
+        return name;
+    });
 }
 
 // The filter index a name's extension stands for, or `current` when it names none.
@@ -53,21 +63,25 @@ int FilterIndexOfName(const QString& name, int current, bool knowsJpeg)
 // trimmed, with its last four characters made `extension`.
 QString ExportProposal(const QString& caption, const QString& extension)
 {
-    QString name = caption.left(std::max<qsizetype>(0, caption.size() - 7)).trimmed();
-    if (name.right(4).toLower() != extension)
-        name = name.left(std::max<qsizetype>(0, name.size() - 4)) + extension;
-    return name;
+    return onFileName(caption.left(std::max<qsizetype>(0, caption.size() - 7)).trimmed(),
+                      [&](QString name) -> QString {
+                          if (name.right(4).toLower() != extension)
+                              name = name.left(std::max<qsizetype>(0, name.size() - 4)) + extension;
+                          return name;
+                      });
 }
 
 // A chosen export name: without a full stop it gets the extension, otherwise its last
 // four characters become it ("x.jpeg" gives "x..jpg").
-QString ExportFileName(QString name, const QString& extension)
+QString ExportFileName(QString path, const QString& extension)
 {
-    if (!name.contains(u'.'))
-        return name + extension;
-    if (name.right(4).toLower() != extension)
-        name = name.left(name.size() - 4) + extension;
-    return name;
+    return onFileName(path, [&](QString name) -> QString {
+        if (!name.contains(u'.'))
+            return name + extension;
+        if (name.right(4).toLower() != extension)
+            name = name.left(name.size() - 4) + extension;
+        return name;
+    });
 }
 
 } // namespace velunta

@@ -26,6 +26,6 @@ int FilterIndexOfName(const QString& name, int current, bool knowsJpeg);
 // The export dialogs' proposal from the document's caption.
 QString ExportProposal(const QString& caption, const QString& extension);
 // A chosen export name made to end in the extension.
-QString ExportFileName(QString name, const QString& extension);
+QString ExportFileName(QString path, const QString& extension);
 
 } // namespace velunta

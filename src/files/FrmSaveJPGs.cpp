@@ -2,12 +2,12 @@
 
 #include "core/Numbers.h"
 #include "core/Prompt.h"
+#include "widgets/ButtonLooks.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace velunta {
@@ -27,9 +27,9 @@ FrmSaveJPGs::FrmSaveJPGs(int lastQuality, Prompt& prompt, QWidget* parent) : QDi
     row->addWidget(new QLabel(QStringLiteral("%"), this));
     row->addStretch(1);
     layout->addLayout(row);
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("CmdOK"));
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CmdCancel"));
+    auto* buttons = new QDialogButtonBox(this);
+    AddDialogButton(buttons, tr("OK"), QDialogButtonBox::AcceptRole, QStringLiteral("CmdOK"));
+    AddDialogButton(buttons, tr("Cancel"), QDialogButtonBox::RejectRole, QStringLiteral("CmdCancel"));
     connect(buttons, &QDialogButtonBox::accepted, this, &FrmSaveJPGs::CmdOK_Click);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);

@@ -1,16 +1,18 @@
 #include "files/frmSaveGifs.h"
 
 #include "core/Numbers.h"
+#include "widgets/ButtonLooks.h"
+#include "widgets/Icons.h"
+#include "widgets/zolButton.h"
 
 #include <QCheckBox>
+#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
-#include <QPushButton>
 #include <QTimer>
-#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace velunta {
@@ -45,27 +47,24 @@ frmSaveGifs::frmSaveGifs(std::function<Color()> currentColour, QWidget* parent)
         tr("Transparency color (double click to use Eyedropper tool to select transparent color)"));
     m_sample->installEventFilter(this);
     row->addWidget(m_sample);
-    m_eyedropper = new QToolButton(this);
+    m_eyedropper = new zolButton(tr("Pick"), this);
     m_eyedropper->setObjectName(QStringLiteral("Command3"));
-    m_eyedropper->setText(tr("Pick"));
+    DialogLook(m_eyedropper);
+    m_eyedropper->setPicture(NamedIcon(QStringLiteral("eyedropper-small")));
     m_eyedropper->setToolTip(tr("Use Eyedropper tool to select transparent color"));
-    connect(m_eyedropper, &QToolButton::clicked, this, &frmSaveGifs::startEyedropper);
+    connect(m_eyedropper, &zolButton::clicked, this, &frmSaveGifs::startEyedropper);
     row->addWidget(m_eyedropper);
     row->addStretch(1);
     layout->addLayout(row);
 
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    auto* save = new QPushButton(tr("Save"), this);
-    save->setObjectName(QStringLiteral("Command1"));
-    save->setDefault(true);
-    auto* cancel = new QPushButton(tr("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("Command2"));
-    buttons->addWidget(save);
-    buttons->addWidget(cancel);
-    layout->addLayout(buttons);
-    connect(save, &QPushButton::clicked, this, &frmSaveGifs::Command1_Click);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::close);
+    auto* buttons = new QDialogButtonBox(this);
+    zolButton* save =
+        AddDialogButton(buttons, tr("Save"), QDialogButtonBox::AcceptRole, QStringLiteral("Command1"));
+    zolButton* cancel =
+        AddDialogButton(buttons, tr("Cancel"), QDialogButtonBox::RejectRole, QStringLiteral("Command2"));
+    layout->addWidget(buttons);
+    connect(save, &zolButton::clicked, this, &frmSaveGifs::Command1_Click);
+    connect(cancel, &zolButton::clicked, this, &QDialog::close);
 
     m_timer = new QTimer(this);
     m_timer->setInterval(200);

@@ -14,9 +14,9 @@ class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QTimer;
-class QToolButton;
 
 namespace velunta {
+class zolButton;
 
 class frmSaveGifs : public QDialog {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
     QLineEdit* txtrgbgifcolor(int i) const { return m_rgb.at(i); }
     QLabel* Label1() const { return m_sample; }
     QTimer* Timer1() const { return m_timer; }
-    QToolButton* Command3() const { return m_eyedropper; }
+    zolButton* Command3() const { return m_eyedropper; }
     Color chosenColour() const;
     // Copies the program's R, G, B into the boxes.
     void ColorsUpdate();
@@ -52,7 +52,7 @@ private:
     std::array<QCheckBox*, 2> m_options{};
     std::array<QLineEdit*, 3> m_rgb{};
     QLabel* m_sample = nullptr;
-    QToolButton* m_eyedropper = nullptr;
+    zolButton* m_eyedropper = nullptr;
     QTimer* m_timer = nullptr;
 };
 

@@ -4,10 +4,10 @@
 #include "core/Color.h"
 
 #include <QDialog>
+#include <QLabel>
 
 #include <array>
 
-class QLabel;
 class QLineEdit;
 class QRadioButton;
 

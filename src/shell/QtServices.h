@@ -26,6 +26,8 @@ public:
                             int& filterIndex) override;
 
 private:
+    // StartFolder while it exists, else the user's pictures folder, else home.
+    QString startFolder() const;
     QWidget* m_parent;
 };
 

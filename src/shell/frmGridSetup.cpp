@@ -136,6 +136,7 @@ void frmGridSetup::ChooseColour()
     if (c >= 0) {
         m_gridColour = c;
         showColour();
+        Q_EMIT gridColorChosen(c);
     }
 }
 

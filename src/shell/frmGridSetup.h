@@ -40,8 +40,12 @@ public:
     QLabel* lblGridcolor() const { return m_colour; }
     // "Save Grid and Snap Settings".
     void SaveSettings();
-    // Command3: the colour dialog chooses the grid colour.
+    // Command3: the colour dialog chooses the grid colour, which is the grid's at once
+    // (gridColorChosen), not only after "Apply".
     void ChooseColour();
+
+Q_SIGNALS:
+    void gridColorChosen(Color colour);
 
 private:
     void textChanged(int i);

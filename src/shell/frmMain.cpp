@@ -31,12 +31,28 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QThread>
 #include <QTimer>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
 
 namespace velunta {
+
+namespace {
+
+// The tool option strip's holder: as wide as the strip wants (a plain scroll area stops
+// far short of that), and narrower only when the window is.
+class StripScroll : public QScrollArea {
+public:
+    using QScrollArea::QScrollArea;
+    QSize sizeHint() const override { return widget() ? widget()->sizeHint() : QScrollArea::sizeHint(); }
+    QSize minimumSizeHint() const override { return QSize(100, QScrollArea::minimumSizeHint().height()); }
+};
+
+} // namespace
 
 // Panel and toolbar colours of the program.
 static const QColor kPanelColorDark(185, 214, 249);
@@ -75,8 +91,31 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     auto* optionLayout = new QHBoxLayout(optionRow);
     optionLayout->setContentsMargins(0, 0, 4, 0);
     optionLayout->setSpacing(0);
-    m_controls = new frmControls(m_state, optionRow);
-    optionLayout->addWidget(m_controls);
+    // A panel wider than the window leaves it scrolls sideways under the read-outs'
+    // left, so every option stays within reach on a small screen.
+    auto* controlsScroll = new StripScroll(optionRow);
+    controlsScroll->setObjectName(QStringLiteral("ControlsScroll"));
+    controlsScroll->setFrameShape(QFrame::NoFrame);
+    controlsScroll->setWidgetResizable(true);
+    controlsScroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    controlsScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    controlsScroll->setStyleSheet(
+        QStringLiteral("#ControlsScroll, #ControlsScroll > QWidget { background: transparent; }"));
+    controlsScroll->viewport()->setAutoFillBackground(false);
+    controlsScroll->horizontalScrollBar()->setStyleSheet(QStringLiteral(
+        "QScrollBar:horizontal { height: 9px; background: rgb(205,222,246); border: none; margin: 0; }"
+        "QScrollBar::handle:horizontal { background: rgb(120,150,200); border-radius: 3px; min-width: 30px; }"
+        "QScrollBar::add-line, QScrollBar::sub-line { width: 0; border: none; }"
+        "QScrollBar::add-page, QScrollBar::sub-page { background: none; }"));
+    m_controls = new frmControls(m_state);
+    controlsScroll->setWidget(m_controls);
+    controlsScroll->setFixedHeight(m_controls->height());
+    connect(controlsScroll->horizontalScrollBar(), &QScrollBar::rangeChanged, controlsScroll,
+            [controlsScroll, this](int, int max) {
+                const int bar = max > 0 ? controlsScroll->horizontalScrollBar()->sizeHint().height() : 0;
+                controlsScroll->setFixedHeight(m_controls->minimumHeight() + bar);
+            });
+    optionLayout->addWidget(controlsScroll);
     optionLayout->addStretch(1);
     auto* coords = new QWidget(optionRow);
     coords->setObjectName(QStringLiteral("CoordsInfo"));
@@ -123,7 +162,8 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
         auto* label = new QLabel(text, coords);
         label->setObjectName(name);
         label->setToolTip(tip);
-        label->setMinimumWidth(78);
+        // Room for five-digit sizes ("10000 x 10000"), past the padding and the border.
+        label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("00000 x 00000")) + 12);
         label->setFixedHeight(22);
         label->setStyleSheet(QStringLiteral("QLabel { background: rgb(220,245,255); border: 1px solid "
                                             "rgb(116,156,218); padding: 1px 4px; }"));
@@ -139,7 +179,17 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
 
     connect(m_mdi, &QMdiArea::subWindowActivated, this, &frmMain::documentActivated);
     connect(QApplication::clipboard(), &QClipboard::dataChanged, this, [this] { ValidateMenus(); });
-    resize(1100, 760);
+    // The window's first size, within the screen: a small one (a netbook's 1024 x 600)
+    // gets the whole of its work area.
+    const QRect avail = screen() ? screen()->availableGeometry() : QRect(0, 0, 1280, 800);
+    const QSize wanted(1100, 760);
+    if (avail.width() >= wanted.width() + 40 && avail.height() >= wanted.height() + 60) {
+        resize(wanted);
+    } else {
+        resize(avail.size() - QSize(8, 40));
+        move(avail.topLeft());
+        setWindowState(windowState() | Qt::WindowMaximized);
+    }
     wireControls();
     wireSelectionOptions();
     wireText();
@@ -167,7 +217,7 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
     // The shell initialiser.
     say(tr("Please wait while initializing Velunta..."));
     if (m_services.splashWaits)
-        WaitWithEvents(0.5);
+        WaitWithEvents(1.0);
     guarded("LoadDrawSettings", [&] { m_controls->LoadDrawSettings(); });
     guarded("SelectTool", [&] { SelectTool(m_state.CurrentTool); });
     QCoreApplication::processEvents();
@@ -229,30 +279,32 @@ frmPaint* frmMain::createDocument()
 
 void frmMain::closeEvent(QCloseEvent* event)
 {
-    if (m_exiting) {
-        // Exit asks nothing, so nothing it leaves unsaved is lost: the next start offers it.
-        EndRecovery(false);
-        event->accept();
-        return;
+    // Exit has asked about the changed pictures already.
+    if (!m_exiting) {
+        bool cancel = false;
+        // The program's own question comes when the active document has changed.
+        if (frmPaint* doc = activeDocument()) {
+            if (doc->doc.Dirty && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
+                                                           tr("Close Velunta")) == vbNo)
+                cancel = true;
+        }
+        SaveSettings(false);
+        // Then every changed picture, the active one and those behind it, so none is lost
+        // without a word.
+        if (cancel || !AskAboutChangedPictures()) {
+            event->ignore();
+            return;
+        }
+        for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
+            QFile::remove(m_services.AppFolder + QLatin1String(name));
     }
-    bool cancel = false;
-    // Only the active document is asked about, and only when it has changed.
-    if (frmPaint* doc = activeDocument()) {
-        if (doc->doc.Dirty && m_services.prompt.MsgBox(tr("Are you sure to close Velunta?"), vbYesNo,
-                                                       tr("Close Velunta")) == vbNo)
-            cancel = true;
-    }
-    SaveSettings(false);
-    if (cancel) {
-        event->ignore();
-        return;
-    }
-    for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
-        QFile::remove(m_services.AppFolder + QLatin1String(name));
     EndRecovery(true);
     m_exiting = true;
     event->accept();
-    QCoreApplication::exit(0);
+    // The event loop ends; before it runs (under a test) there is none, and asking would
+    // make every later dialog return at once.
+    if (QThread::currentThread()->loopLevel() > 0)
+        QCoreApplication::exit(0);
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent* event)

@@ -49,6 +49,8 @@ enum class SaveFormat;
 // The size of the blank page at start: the room beside the bars, or 640 x 480 and its
 // frame (642 x 482) when the window is small.
 QSize BlankPageSize(int mainWidth, int mainHeight, int leftBarWidth, int rightBarWidth, int topBarHeight);
+// What a document's window adds around its contents: the borders and the title bar.
+QSize DocumentWindowFrame(QMdiSubWindow* sw);
 
 class frmMain : public QMainWindow, public ToolHost, public DocumentHost {
     Q_OBJECT
@@ -211,7 +213,7 @@ public:
     int GetSelectedColor() const;
     // Reduces the picture, or the floating selection, to the strip's colours.
     void ChangePalette();
-    // The active document's pen takes the foreground colour.
+    // The active document's pen and its text box take the working colours.
     void ApplyColors();
     ColorStrip* colorStrip() const { return m_colorStrip; }
     // The text tool's two panel operations, on the active document: "Apply Text" draws
@@ -275,6 +277,7 @@ public:
     void SetSelBak() override;
     void SaveUndoBitmap() override;
     void ValidateMenus() override;
+    void UndoRecorded() override { SetUndoEnabled(true); }
     void PictureResized() override;
     void BeginBusy(bool progress) override;
     bool StepProgress(double fraction) override;
@@ -331,6 +334,15 @@ private:
     void applyGuideLines();
     // Writes by a save filter index: 1 and 2 BMP, 3 JPEG at 90, 4 GIF; false for the others.
     bool saveByFilter(const QString& name, int filterIndex);
+    // Before writing to `name`, which the extension rules made of the `chosen` one: a file
+    // of that name the user didn't choose is replaced only after a question.
+    bool confirmOverwrite(const QString& chosen, const QString& name);
+    // Yes to "save the changes" of a picture being closed: back into its file, or through
+    // the save dialog. True when it was written.
+    bool saveOnClose(frmPaint& form);
+    // Asks about each changed picture before the program ends: save, leave unsaved, or
+    // stay (false).
+    bool AskAboutChangedPictures();
     void placeToolButtons();
     // Connects the tool option strip to the documents and the commands.
     void wireControls();
@@ -352,9 +364,9 @@ private:
     // Runs a command inside the guard: a fault ends it and the program runs on.
     void guarded(const char* step, const std::function<void()>& fn);
     void StartRecovery();
-    // Keeps the files of the changed pictures the user wasn't asked about (all of them
-    // when `askedAboutActive` is false, else all but the active one) for the next start.
-    void EndRecovery(bool askedAboutActive);
+    // Keeps the files of the changed pictures for the next start, unless the user was
+    // asked about each of them (`askedAboutAll`) and chose to leave them unsaved.
+    void EndRecovery(bool askedAboutAll);
     QList<RecoverySource> recoverySources() const;
     void RestoreRecovered(const FoundPicture& found);
 

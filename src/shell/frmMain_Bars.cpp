@@ -15,6 +15,10 @@
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
 namespace velunta {
 
 namespace {
@@ -87,7 +91,7 @@ void frmMain::buildCommandBar()
         sep->setObjectName(QStringLiteral("Image1(%1)").arg(i));
         sep->setFrameShape(QFrame::VLine);
         sep->setStyleSheet(QStringLiteral("color: rgb(116,156,218);"));
-        sep->setFixedWidth(9);
+        sep->setFixedWidth(6);
         m_separators[i] = sep;
     }
     for (int i = 0; i < 23; ++i) {
@@ -123,6 +127,9 @@ void frmMain::buildCommandBar()
     auto* logo = new QLabel(m_picbuttons);
     logo->setObjectName(QStringLiteral("ImgVelunta"));
     logo->setPixmap(IconPixmap(QStringLiteral("logo"), 96, devicePixelRatioF()));
+    // The logo gives way first when the window is narrow (a netbook's 1024 pixels).
+    logo->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    logo->setMinimumWidth(0);
     layout->addSpacing(10);
     layout->addWidget(logo);
 }
@@ -178,11 +185,12 @@ void frmMain::buildToolStrip()
             guarded("Cmd_Click", [&] { Cmd_Click(i); });
         });
         connect(b, &zolButton::MouseDown, this, [this, i](int button) {
-            // The right button on the curve and line tools leads to their advanced editors.
+            // The right button on the curve and line tools leads to their advanced editors
+            // while a picture is open (the editors draw into it).
             const MenuId editor = i == kToolCircle ? MenuId::mnuBezier
                                   : i == kToolLine ? MenuId::mnuPolygons
                                                    : MenuId::None;
-            if (button == kRightButton && editor != MenuId::None && isBuilt(editor))
+            if (button == kRightButton && editor != MenuId::None && activeDocument() && isBuilt(editor))
                 action(editor)->trigger();
         });
         connect(b, &zolButton::DoubleClick, this, [this, i](int button) {
@@ -199,18 +207,22 @@ void frmMain::placeToolButtons()
     const bool kids = action(MenuId::mnuKidsMode)->isChecked();
     for (int i = 0; i < kToolCount; ++i)
         m_toolGrid->removeWidget(m_tools[i]);
-    for (int i = 0; i < kToolCount; ++i) {
-        int row = kToolPlace[i][0], col = kToolPlace[i][1];
-        // In Easy Mode the colour replacer goes, and the colour picker takes its place.
-        if (kids && i == kToolColorPicker) {
-            row = kToolPlace[kToolColorReplacer][0];
-            col = kToolPlace[kToolColorReplacer][1];
-        }
-        if (kids && i == kToolColorReplacer)
+    // The tools go into the two columns in the order of their places, row by row, so a
+    // tool hidden in Easy Mode (the colour replacer) leaves no hole: the rest close up.
+    std::array<int, kToolCount> order;
+    std::iota(order.begin(), order.end(), 0);
+    std::sort(order.begin(), order.end(), [](int a, int b) {
+        return std::pair(kToolPlace[a][0], kToolPlace[a][1]) < std::pair(kToolPlace[b][0], kToolPlace[b][1]);
+    });
+    int slot = 0;
+    for (int tool : order) {
+        const bool shown = !(kids && tool == kToolColorReplacer);
+        m_tools[tool]->setVisible(shown);
+        if (!shown)
             continue;
-        m_toolGrid->addWidget(m_tools[i], row, col);
+        m_toolGrid->addWidget(m_tools[tool], slot / 2, slot % 2);
+        ++slot;
     }
-    m_tools[kToolColorReplacer]->setVisible(!kids);
 }
 
 } // namespace velunta

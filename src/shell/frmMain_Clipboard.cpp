@@ -150,13 +150,16 @@ void frmMain::wireSelectionOptions()
                 box->setChecked(false);
             }
     };
+    // Both end with the area read-out at "0 x 0".
     registerOperation(op::ApplySelection, [this, uncheck] {
         ApplyToSelection();
         uncheck();
+        SetAreaText(QStringLiteral("0 x 0"));
     });
     registerOperation(op::CancelSelection, [this, uncheck] {
         CancelSelectionOptions();
         uncheck();
+        SetAreaText(QStringLiteral("0 x 0"));
     });
     // The check boxes run the preview themselves, on and off alike (below).
     c.setOperationAvailable(op::BlendThePic, true);

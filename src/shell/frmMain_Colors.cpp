@@ -5,6 +5,7 @@
 
 #include "core/Prompt.h"
 #include "document/ImageCommand.h"
+#include "document/TextBox.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -72,8 +73,11 @@ void frmMain::ColorsChanged()
 
 void frmMain::ApplyColors()
 {
-    if (frmPaint* form = activeDocument())
+    if (frmPaint* form = activeDocument()) {
         form->doc.Buffer.ForeColor = m_state.ForeColor;
+        // An open text box shows the new colours at once, before its text is applied.
+        SetTextBoxColors(form->doc, m_state.ForeColor, m_state.BackColor);
+    }
 }
 
 void frmMain::SetColorBars()

@@ -70,10 +70,9 @@ void frmMain::wireControls()
 
     connect(&c, &frmControls::removeAreaRequested, this,
             [this] { guarded("cmdRemoveArea_Click", [&] { RemoveSelection(); }); });
-
-    // A wide panel pushes the read-outs at the right aside rather than widening the window.
-    if (auto* coords = findChild<QWidget*>(QStringLiteral("CoordsInfo")))
-        coords->setMinimumWidth(1);
+    // A click on the panel's tool icon chooses its tool again, as its button does.
+    connect(&c, &frmControls::toolIconClicked, this,
+            [this](int tool) { guarded("ToolIcon_Click", [&] { Cmd_Click(tool); }); });
 }
 
 } // namespace velunta

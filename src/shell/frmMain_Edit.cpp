@@ -50,6 +50,7 @@ void frmMain::Undo_Click()
     UndoStep(m_undo, doc, [&] { RevertSaved(doc.Buffer.Tag); });
     UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
     form->invalidateView();
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::UndoResize_Click()
@@ -65,9 +66,14 @@ void frmMain::UndoResize_Click()
         Document& doc = form->doc;
         doc.Buffer.setScaleSize(picture.width(), picture.height());
         doc.Buffer.setPicture(picture);
+        // The picture's file is the one the window is named after again. A page that was
+        // never saved keeps no file: its name ("Untitled.bmp") is no place to write to.
+        if (QFileInfo(doc.Name).isAbsolute())
+            doc.Buffer.Tag = doc.Name;
         PictureResized();
     }
     enable(MenuId::UndoResize, false);
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::RevertSaved(const QString& path)
@@ -106,7 +112,7 @@ void frmMain::SaveUndoBitmap()
         return;
     if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
         enable(MenuId::UndoResize, true);
-        enableCommand(7, true);
+        SetUndoEnabled(true);
     }
 }
 

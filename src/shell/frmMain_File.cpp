@@ -26,30 +26,54 @@ namespace velunta {
 
 namespace {
 
-// A new document window as large as its picture needs, within the documents' area.
-void sizeDocumentWindow(QMdiArea* mdi, frmPaint* form)
+// A new document window as large as its picture needs, within the documents' area, and
+// wholly inside it: one step right of and below the window opened before it.
+void placeDocumentWindow(QMdiArea* mdi, frmPaint* form)
 {
     QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
     if (!sw)
         return;
-    QStyleOptionTitleBar option;
-    option.initFrom(sw);
-    const int border = sw->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sw);
-    const int title = sw->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, sw);
-    const QSize frame(2 * border, 2 * border + title);
+    const QSize frame = DocumentWindowFrame(sw);
     const int bars = form->VScroll1()->sizeHint().width();
     const QSize want(form->doc.Buffer.Width() + bars + 8, form->doc.Buffer.Height() + bars + 8);
-    const QSize room = mdi->viewport()->size() - QSize(24, 24);
-    sw->resize(std::min(want.width() + frame.width(), std::max(room.width(), 200)),
-               std::min(want.height() + frame.height(), std::max(room.height(), 150)));
+    const QSize room = mdi->viewport()->size();
+    const QSize size(
+        std::max(std::min(want.width() + frame.width(), room.width()), std::min(room.width(), 200)),
+        std::max(std::min(want.height() + frame.height(), room.height()), std::min(room.height(), 150)));
+    QPoint at(0, 0);
+    const QList<QMdiSubWindow*> windows = mdi->subWindowList(QMdiArea::CreationOrder);
+    for (qsizetype i = windows.indexOf(sw) - 1; i >= 0; --i) {
+        QMdiSubWindow* before = windows[i];
+        if (before->isVisible() && !before->isMinimized() && !before->isMaximized()) {
+            const int step = frame.height() - frame.width() / 2;
+            at = before->pos() + QPoint(step, step);
+            break;
+        }
+    }
+    // Past the area's edge the window gives up what lies beyond, as long as it keeps two
+    // thirds of the area to work in; a smaller one starts again at the top left.
+    const QSize fit(std::min(size.width(), room.width() - at.x()),
+                    std::min(size.height(), room.height() - at.y()));
+    const bool keepsRoom = fit.width() >= std::min(size.width(), room.width() * 2 / 3) &&
+                           fit.height() >= std::min(size.height(), room.height() * 2 / 3);
+    sw->setGeometry(at.x() >= 0 && at.y() >= 0 && keepsRoom ? QRect(at, fit) : QRect(QPoint(0, 0), size));
 }
 
 } // namespace
 
+QSize DocumentWindowFrame(QMdiSubWindow* sw)
+{
+    QStyleOptionTitleBar option;
+    option.initFrom(sw);
+    const int border = sw->style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sw);
+    const int title = sw->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, sw);
+    return QSize(2 * border, 2 * border + title);
+}
+
 void frmMain::showDocument(frmPaint* form, bool maximized)
 {
     form->SizePaintArea();
-    sizeDocumentWindow(m_mdi, form);
+    placeDocumentWindow(m_mdi, form);
     auto* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget());
     if (maximized)
         sw->showMaximized();
@@ -118,10 +142,12 @@ void frmMain::Close_Click()
 
 void frmMain::Exit_Click()
 {
-    // Leaves at once: no question, no settings, no document asked.
+    // The short way out: no "Are you sure" and no settings kept. Changed pictures are
+    // still asked about, one by one, so Exit loses none without a word.
+    if (!AskAboutChangedPictures())
+        return;
     m_exiting = true;
-    close();
-    QCoreApplication::exit(0);
+    close(); // which ends the program
 }
 
 void frmMain::Open_Click()
@@ -152,7 +178,7 @@ void frmMain::Open_Click()
     const QImage picture = LoadPicture(name, &error, &errorNumber);
     if (picture.isNull()) {
         // The empty window stays, as the load left it.
-        sizeDocumentWindow(m_mdi, form);
+        placeDocumentWindow(m_mdi, form);
         sw->show();
         m_services.prompt.MsgBox(tr("Error loading ") + name + tr(". Err nr:") +
                                      QString::number(errorNumber) +
@@ -179,9 +205,10 @@ void frmMain::Open_Click()
         SelectTool(kToolZoom);
     MRUDlist(2, name);
     // A picture larger than the screen opens at 25% with the zoom tool, when asked to.
+    // The picture's own size counts, not its frame: one exactly as large as the screen stays.
     const QSize screen = this->screen() ? this->screen()->size() : QSize(1 << 30, 1 << 30);
-    if (FitBigImages &&
-        (form->doc.Buffer.Width() > screen.width() || form->doc.Buffer.Height() > screen.height())) {
+    if (FitBigImages && (form->doc.Buffer.ScaleWidth() > screen.width() ||
+                         form->doc.Buffer.ScaleHeight() > screen.height())) {
         QCoreApplication::processEvents();
         SelectTool(kToolZoom);
         form->PreDefZoom(25);

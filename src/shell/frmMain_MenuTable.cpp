@@ -259,7 +259,7 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Selection, &F::Cut_Click},              // 4 the cut button
     {R::Document, &F::mnuPrint_Click},          // 5 "Print"
     {R::Clipboard, &F::Paste_Click},            // 6 "paste"
-    {R::Document, &F::Undo_Click},              // 7 "undo/redo"
+    {R::UndoRing, &F::Undo_Click},              // 7 "undo/redo"
     {R::Document, {}, true},                    // 8 "picture frames"
     {R::Document, &F::mnuEffectBrowser_Click, true}, // 9 "Effects Browser"
     {R::Document, &F::mnugrayscale_Click, true}, // 10 "Gray scale image"

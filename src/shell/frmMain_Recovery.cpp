@@ -143,14 +143,13 @@ void frmMain::RestoreRecovered(const FoundPicture& found)
     }
 }
 
-void frmMain::EndRecovery(bool askedAboutActive)
+void frmMain::EndRecovery(bool askedAboutAll)
 {
     if (!m_recovery)
         return;
-    frmPaint* active = activeDocument();
     QSet<int> keep;
     for (frmPaint* form : documents())
-        if (form->doc.Dirty && !(askedAboutActive && form == active))
+        if (form->doc.Dirty && !askedAboutAll)
             keep << recoveryIdOf(form);
     m_recovery->writeNow(keep);
     m_recovery.reset();

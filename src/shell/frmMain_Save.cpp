@@ -19,6 +19,7 @@
 #include "widgets/Icons.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -56,7 +57,9 @@ void frmMain::SaveAs_Click()
                                           name.isEmpty() ? form->doc.CaptionName() : name, SaveFilterIndex);
     if (chosen.size() <= 1)
         return;
-    saveByFilter(SaveAsFileName(chosen, SaveFilterIndex), SaveFilterIndex); // All Files writes nothing
+    const QString target = SaveAsFileName(chosen, SaveFilterIndex);
+    if (FormatOfFilter(SaveFilterIndex) && confirmOverwrite(chosen, target)) // All Files writes nothing
+        saveByFilter(target, SaveFilterIndex);
 }
 
 bool frmMain::saveByFilter(const QString& name, int filterIndex)
@@ -85,11 +88,11 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
         dib.CreateFromPicture(picture);
         if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &failure)) {
             busy.end();
-            m_services.prompt.MsgBox(tr("Failed to save to JPG") + QStringLiteral("\n\n") + failure.reason,
-                                     vbExclamation, QStringLiteral("Velunta"));
-            m_services.prompt.MsgBox(tr("Failed to save the picture to the file: '") + fileName +
-                                         QStringLiteral("'"),
-                                     vbExclamation, QStringLiteral("Velunta"));
+            // One box: the refusal, and why below it.
+            m_services.prompt.MsgBox(
+                tr("Failed to save the picture to the file: '") + fileName + QStringLiteral("'") +
+                    (failure.reason.isEmpty() ? QString() : QStringLiteral("\n\n") + failure.reason),
+                vbExclamation, QStringLiteral("Velunta"));
             return false;
         }
     } else if (format == SaveFormat::Bmp) {
@@ -100,8 +103,12 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
                                 &failure, busy.progressFn());
     }
     busy.end();
-    // A save the user stopped with Esc is no error: the picture simply stays unsaved.
-    if (!written && failure.error != WriteError::Cancelled)
+    // A save the user stopped with Esc is no error: the old file stays, the picture stays
+    // unsaved, and that is all the box says.
+    if (!written && failure.error == WriteError::Cancelled)
+        m_services.prompt.MsgBox(tr("Saving cancelled. The file was left as it was."), vbOKOnly,
+                                 QStringLiteral("Velunta"));
+    else if (!written)
         m_services.prompt.MsgBox(tr("Error saving file: ") + QString::number(int(failure.error)) +
                                      QStringLiteral(" - ") + failure.reason,
                                  vbOKOnly, QStringLiteral("Velunta"));
@@ -129,7 +136,9 @@ void frmMain::mnuExportBMP_Click()
     if (name.isEmpty())
         return;
     int quality = 0;
-    FileSaveAs(ExportFileName(name, QStringLiteral(".bmp")), SaveFormat::Bmp, kNoColor, quality);
+    const QString target = ExportFileName(name, QStringLiteral(".bmp"));
+    if (confirmOverwrite(name, target))
+        FileSaveAs(target, SaveFormat::Bmp, kNoColor, quality);
 }
 
 void frmMain::mnuExportJPG_Click()
@@ -147,7 +156,9 @@ void frmMain::mnuExportJPG_Click()
     if (name.isEmpty())
         return;
     int quality = dialog.quality();
-    FileSaveAs(ExportFileName(name, QStringLiteral(".jpg")), SaveFormat::Jpeg, kNoColor, quality);
+    const QString target = ExportFileName(name, QStringLiteral(".jpg"));
+    if (confirmOverwrite(name, target))
+        FileSaveAs(target, SaveFormat::Jpeg, kNoColor, quality);
 }
 
 void frmMain::mnuExportGif_Click()
@@ -155,7 +166,6 @@ void frmMain::mnuExportGif_Click()
     // The dialog stays open beside the picture, so the eyedropper can pick its colour there.
     auto* dialog = new frmSaveGifs(
         [this] { return m_state.SelIndex == 1 ? m_state.BackColor : m_state.ForeColor; }, this);
-    dialog->Command3()->setIcon(NamedIcon(QStringLiteral("eyedropper-small")));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     connect(dialog, &frmSaveGifs::pickRequested, this, [this] { Cmd_Click(kToolColorPicker); });
     connect(dialog, &frmSaveGifs::saveRequested, this, [this](Color colour) {
@@ -170,8 +180,10 @@ void frmMain::mnuExportGif_Click()
             if (name.isEmpty())
                 return;
             int quality = 90;
-            FileSaveAs(ExportFileName(name, QStringLiteral(".gif")),
-                       colour >= 0 ? SaveFormat::GifTransparent : SaveFormat::Gif, colour, quality);
+            const QString target = ExportFileName(name, QStringLiteral(".gif"));
+            if (confirmOverwrite(name, target))
+                FileSaveAs(target, colour >= 0 ? SaveFormat::GifTransparent : SaveFormat::Gif, colour,
+                           quality);
         });
     });
     dialog->show();
@@ -211,39 +223,79 @@ void frmMain::mnuProperties_Click()
     m_services.prompt.MsgBox(text, vbInformation, QStringLiteral("Properties: ") + doc.Buffer.Tag);
 }
 
-bool frmMain::FormQueryUnload(frmPaint& form)
+bool frmMain::confirmOverwrite(const QString& chosen, const QString& name)
+{
+    // The dialog asked about the name the user chose; a name the extension rules made of
+    // it is asked about here.
+    if (name == chosen || !QFileInfo::exists(name))
+        return true;
+    return m_services.prompt.MsgBox(tr("%1 already exists.").arg(QDir::toNativeSeparators(name)) +
+                                        QStringLiteral("\n\n") + tr("Do you want to replace it?"),
+                                    vbWarningYesNo, tr("Save As")) == vbYes;
+}
+
+bool frmMain::saveOnClose(frmPaint& form)
 {
     Document& doc = form.doc;
-    if (!doc.Dirty)
-        return true;
-    const int answer = m_services.prompt.MsgBox(tr("The image has been changed.") + QStringLiteral("\n\n") +
-                                                    tr("Do you wish to save the changes?"),
-                                                vbYesNoWarning, tr("The image has been changed"));
-    if (answer != vbYes)
-        return true;
     // The window may not be the active one when it is closed from its own frame.
     QMdiSubWindow* sw = qobject_cast<QMdiSubWindow*>(form.parentWidget());
     if (sw && mdiArea()->activeSubWindow() != sw)
         mdiArea()->setActiveSubWindow(sw);
-    bool saved = false;
-    // The picture is written in the format its name says, BMP when it names none we write.
-    if (!doc.Buffer.Tag.isEmpty()) {
-        saved = saveByFilter(doc.Buffer.Tag, FilterIndexOfName(doc.Buffer.Tag, 1, true));
-    } else {
-        int index = SaveFilterIndex;
-        const QString chosen =
-            ShowSaveDialog(m_services.dialogs, tr("Save As..."), QString(), doc.CaptionName(), index);
-        if (chosen.size() > 1) {
-            SaveFilterIndex = index;
-            saved = saveByFilter(SaveAsFileName(chosen, index),
-                                 index == kFilterAllFiles ? kFilterPictures : index);
-        }
-    }
-    if (saved)
+    // A picture from a file of a format we write goes back into it; one that was never
+    // saved, or came from a format we don't write (PNG, an icon), is saved as the user
+    // says, so its file never gets bytes of another format.
+    const int own = FilterIndexOfName(doc.Buffer.Tag, 0, true);
+    if (!doc.Buffer.Tag.isEmpty() && own != 0)
+        return saveByFilter(doc.Buffer.Tag, own);
+    int index = SaveFilterIndex;
+    const QString chosen =
+        ShowSaveDialog(m_services.dialogs, tr("Save As..."), QString(),
+                       doc.Buffer.Tag.isEmpty() ? doc.CaptionName() : doc.Buffer.Tag, index);
+    if (chosen.size() <= 1)
+        return false;
+    // All Files writes nothing; a picture that is being closed is written as a BMP then.
+    SaveFilterIndex = index == kFilterAllFiles ? kFilterPictures : index;
+    const QString name = SaveAsFileName(chosen, SaveFilterIndex);
+    return confirmOverwrite(chosen, name) && saveByFilter(name, SaveFilterIndex);
+}
+
+bool frmMain::FormQueryUnload(frmPaint& form)
+{
+    if (!form.doc.Dirty)
+        return true;
+    const int answer = m_services.prompt.MsgBox(tr("The image has been changed.") + QStringLiteral("\n\n") +
+                                                    tr("Do you wish to save the changes?"),
+                                                vbQuestionYesNo, tr("The image has been changed"));
+    if (answer != vbYes || saveOnClose(form))
         return true;
     return m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") +
                                         tr("Close the image anyway?"),
-                                    vbYesNoInformation, tr("Save")) == vbYes;
+                                    vbWarningYesNo, tr("Save")) == vbYes;
+}
+
+bool frmMain::AskAboutChangedPictures()
+{
+    // Each changed picture in turn, shown while it is asked about: save it, leave it
+    // unsaved, or stay in the program.
+    for (frmPaint* form : documents()) {
+        if (!form->doc.Dirty)
+            continue;
+        if (auto* sw = qobject_cast<QMdiSubWindow*>(form->parentWidget()))
+            mdiArea()->setActiveSubWindow(sw);
+        const int answer = m_services.prompt.MsgBox(
+            tr("\"%1\" has been changed.").arg(form->doc.CaptionName()) + QStringLiteral("\n\n") +
+                tr("Do you wish to save the changes before Velunta closes?"),
+            vbQuestionYesNoCancel, tr("Close Velunta"));
+        if (answer == vbCancel)
+            return false;
+        if (answer != vbYes || saveOnClose(*form))
+            continue;
+        if (m_services.prompt.MsgBox(tr("File not saved.") + QStringLiteral("\n\n") +
+                                         tr("Close Velunta anyway?"),
+                                     vbWarningYesNo, tr("Save")) != vbYes)
+            return false;
+    }
+    return true;
 }
 
 } // namespace velunta

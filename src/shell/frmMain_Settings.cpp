@@ -144,6 +144,8 @@ void frmMain::GetSettings(bool drawPart)
         assign(m_state.SnapToGrid, flagOf(get("SnapToGrid", QStringLiteral("False"))));
         m_chkSnapGrid->setChecked(m_state.SnapToGrid);
         action(MenuId::menuExGridSnap)->setChecked(m_state.SnapToGrid);
+        // The open and save dialogs start where the user last chose a file.
+        m_services.dialogs.StartFolder = get("LastFolder", QString());
         NoURLupdate = get("NoURLupdate", QString());
         action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate.isEmpty());
     } else {
@@ -192,6 +194,7 @@ void frmMain::SaveSettings(bool drawPart)
     put("GuideLineStyle", QString::number(GuideLineStyle));
     SaveRecentFiles();
     put("NewImageSize", QStringLiteral("%1x%2").arg(NewImageWidth).arg(NewImageHeight));
+    put("LastFolder", m_services.dialogs.StartFolder);
     if (drawPart) {
         for (int i = 0; i < 16; ++i)
             s.SaveSetting(QStringLiteral("LastOptionValue%1").arg(i),
@@ -241,7 +244,7 @@ void frmMain::LoadLastDrawSettings()
 void frmMain::RestoreDefaultSettings()
 {
     if (m_services.prompt.MsgBox(tr("Do you want to restore all settings back to their default values?"),
-                                 vbYesNoCancel | vbQuestion, tr("Restore Velunta Default Settings")) != vbYes)
+                                 vbQuestionYesNoCancel, tr("Restore Velunta Default Settings")) != vbYes)
         return;
     SettingsStore& s = m_services.settings;
     for (int i = 0; i < 16; ++i) {

@@ -39,6 +39,15 @@ void frmMain::SelectTool(int tool)
 void frmMain::Cmd_Click(int index)
 {
     frmPaint* form = activeDocument();
+    // Choosing Select Area with a selection up sets the float down where it stands: its
+    // marquee is the anchor of the next drag, and what it covers is taken anew.
+    if (index == kToolSelectArea && form && form->doc.SelectArea.Visible) {
+        form->doc.SelectionLifted = false;
+        form->doc.LastSelectionLeft = I2(form->doc.SelectArea.Left);
+        form->doc.LastSelectionTop = I2(form->doc.SelectArea.Top);
+    }
+    if (index == kToolText)
+        m_controls->ShowFontPreview();
     // Leaving the text tool with the pointer button applies the text.
     if (index == kToolPointer && m_state.CurrentTool == kToolText && form)
         ApplyText();
@@ -88,6 +97,8 @@ void frmMain::PrepUndo()
 {
     if (frmPaint* form = activeDocument())
         velunta::PrepUndo(m_undo, form->doc);
+    // The first picture in the ring gives Undo somewhere to go.
+    SetUndoEnabled(m_undoEnabled);
 }
 
 void frmMain::SetCoordsText(const QString& text)

@@ -57,6 +57,13 @@ bool ruleHolds(MenuRule rule, const RuleState& s, bool current)
     return false;
 }
 
+// Undo has somewhere to go: a slot of the ring holds a picture, or Undo Resize is
+// pending (Undo takes it first).
+bool somethingToUndo(const Document& doc, bool resizePending)
+{
+    return resizePending || FilledUndoSlots(doc) > 0;
+}
+
 } // namespace
 
 void frmMain::ValidateMenus()
@@ -68,8 +75,8 @@ void frmMain::ValidateMenus()
         state.document = true;
         state.selection = form->doc.SelectArea.Visible;
         state.clipboard = clip && clip->hasImage();
-        state.undoRing = m_undoEnabled;
         state.undoFile = QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp"));
+        state.undoRing = m_undoEnabled && somethingToUndo(form->doc, state.undoFile);
     }
     state.anyDocument = !documents().isEmpty();
     const std::span<const MenuRow> rows = MenuRows();
@@ -96,9 +103,11 @@ void frmMain::ValidateMenus()
 void frmMain::SetUndoEnabled(bool enabled)
 {
     m_undoEnabled = enabled;
-    enable(MenuId::Undo, enabled);
-    enable(MenuId::mnuImgUndo, enabled);
-    enableCommand(7, enabled || activeDocument());
+    const frmPaint* form = activeDocument();
+    const bool on = enabled && form && somethingToUndo(form->doc, action(MenuId::UndoResize)->isEnabled());
+    enable(MenuId::Undo, on);
+    enable(MenuId::mnuImgUndo, on);
+    enableCommand(7, on);
 }
 
 bool frmMain::UndoEnabled() const

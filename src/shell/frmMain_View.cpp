@@ -121,6 +121,7 @@ void frmMain::menuExGridSetup_Click()
     before.GridColor = GridColor;
     before.Constrain = GridConstrain;
     frmGridSetup dialog(before, m_services.prompt, m_services.settings, this);
+    connect(&dialog, &frmGridSetup::gridColorChosen, this, [this](Color c) { GridColor = c; });
     if (dialog.exec() != QDialog::Accepted)
         return;
     ApplyGridSettings(dialog.settings());
@@ -128,8 +129,10 @@ void frmMain::menuExGridSetup_Click()
 
 void frmMain::ApplyGridSettings(const GridSettings& after)
 {
-    const bool changed =
-        after.GridX != m_state.GridX || after.GridY != m_state.GridY || after.GridColor != GridColor;
+    // A shown grid is laid anew when a step or the snap changed; a colour alone waits
+    // for the grid's next showing.
+    const bool changed = after.GridX != m_state.GridX || after.GridY != m_state.GridY ||
+                         after.SnapToGrid != m_state.SnapToGrid;
     m_state.GridX = after.GridX;
     m_state.GridY = after.GridY;
     m_state.SnapToGrid = after.SnapToGrid;

@@ -16,14 +16,21 @@ namespace velunta {
 
 namespace {
 
+// The document windows an arrangement moves: those shown and not minimised.
+QList<QMdiSubWindow*> arrangeable(QMdiArea* mdi, QMdiArea::WindowOrder order)
+{
+    QList<QMdiSubWindow*> windows;
+    for (QMdiSubWindow* sw : mdi->subWindowList(order))
+        if (sw->isVisible() && !sw->isMinimized())
+            windows << sw;
+    return windows;
+}
+
 // Tiles the visible document windows: horizontal stacks them full width one above the
 // other, vertical puts them side by side.
 void tile(QMdiArea* mdi, bool horizontal)
 {
-    QList<QMdiSubWindow*> windows;
-    for (QMdiSubWindow* sw : mdi->subWindowList(QMdiArea::StackingOrder))
-        if (sw->isVisible() && !sw->isMinimized())
-            windows << sw;
+    const QList<QMdiSubWindow*> windows = arrangeable(mdi, QMdiArea::StackingOrder);
     if (windows.isEmpty())
         return;
     const QRect area = mdi->viewport()->rect();
@@ -56,7 +63,31 @@ void frmMain::ArrVertival_Click()
 
 void frmMain::Cascade_Click()
 {
-    m_mdi->cascadeSubWindows();
+    // The windows overlap one title bar apart, each large enough to work in: as large as
+    // the area less the steps, but never below two thirds of it. When the steps run out of
+    // room they start again at the top left.
+    const QList<QMdiSubWindow*> windows = arrangeable(m_mdi, QMdiArea::CreationOrder);
+    if (windows.isEmpty())
+        return;
+    const QSize area = m_mdi->viewport()->size();
+    const QSize frame = DocumentWindowFrame(windows.first());
+    const int step = std::max(8, frame.height() - frame.width() / 2);
+    const int n = int(windows.size());
+    const QSize size(std::max(area.width() - step * (n - 1), area.width() * 2 / 3),
+                     std::max(area.height() - step * (n - 1), area.height() * 2 / 3));
+    const int steps =
+        std::max(1, std::min(area.width() - size.width(), area.height() - size.height()) / step + 1);
+    for (int i = 0; i < n; ++i) {
+        QMdiSubWindow* sw = windows[i];
+        if (sw->isMaximized())
+            sw->showNormal();
+        const int k = i % steps;
+        sw->setGeometry(k * step, k * step, size.width(), size.height());
+        sw->raise();
+    }
+    // The picture being worked on stays in front.
+    if (QMdiSubWindow* active = m_mdi->activeSubWindow())
+        active->raise();
 }
 
 void frmMain::refreshWindowList()

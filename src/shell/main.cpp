@@ -41,7 +41,7 @@ int main(int argc, char** argv)
     splash.repaint();
     QCoreApplication::processEvents();
     if (waits)
-        WaitWithEvents(0.5);
+        WaitWithEvents(1.0);
 
     const QString appFolder = ResolveAppFolder(QCoreApplication::applicationDirPath());
     SettingsStore settings;

@@ -43,6 +43,12 @@ void IconView::paintEvent(QPaintEvent*)
     m_icon.paint(&p, rect());
 }
 
+void IconView::mouseReleaseEvent(QMouseEvent* event)
+{
+    if (event->button() == Qt::LeftButton && rect().contains(event->position().toPoint()))
+        Q_EMIT clicked();
+}
+
 ReadoutLabel::ReadoutLabel(const QString& name, const QString& tip, int minimumWidth, QWidget* parent)
     : QLabel(parent)
 {

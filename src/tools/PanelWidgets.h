@@ -38,8 +38,12 @@ class IconView : public QWidget {
 public:
     IconView(const QString& name, const QIcon& icon, int size, QWidget* parent);
 
+Q_SIGNALS:
+    void clicked();
+
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
 
 private:
     QIcon m_icon;

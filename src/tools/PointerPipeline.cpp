@@ -235,6 +235,9 @@ void PaintArea_MouseUp(ToolContext& ctx, Document& doc, int button, int shift, f
         double zoom = doc.ZoomFactor;
         ToolDispatch(ctx, doc, doc.Buffer, I2(ViewToImage(x, zoom)), I2(ViewToImage(y, zoom)), zoom,
                      doc.Drawing, 0, doc.ShiftDown);
+        // Every stroke's end marks the document changed, whatever the tool: Esc then
+        // undoes, and closing asks.
+        doc.SetDirtyTrue();
         // The arguments go in x first although the routine takes y first; below 100 the
         // picture usually fits the view, so the bars stand at 0 either way.
         if (doc.ZoomFactor < 100 && doc.viewWindow)
@@ -312,7 +315,10 @@ void Form_KeyDown(ToolContext& ctx, Document& doc, int keyCode, int shift)
         }
         return;
     case 'C':
-        return; // stays free for Ctrl+C
+        // The pointer's key. With Ctrl held the letters select no tool, so Ctrl+C stays a copy.
+        if (!(shift & kCtrlKey))
+            ctx.host.SelectTool(kToolPointer);
+        return;
     case kKeyControl:
         if (doc.SelectArea.Visible) {
             doc.SelectionLifted = true; // the pointer tool now moves the float

@@ -90,8 +90,8 @@ void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, 
     back.Cls();
     back.CurrentX = sel.CurrentX;
     back.CurrentY = sel.CurrentY;
-    ctx.state.LastSelectionLeft = I2(area.Left);
-    ctx.state.LastSelectionTop = I2(area.Top);
+    doc.LastSelectionLeft = I2(area.Left);
+    doc.LastSelectionTop = I2(area.Top);
     doc.SelectionLifted = false;
     doc.FloatOriginal = QImage();
     if (area.Visible)
@@ -103,7 +103,6 @@ void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int
 {
     if (!doc.SelectArea.Visible)
         return;
-    DrawState& st = ctx.state;
     // The marquee follows the pointer at the view's own scale, so a selection moves at
     // every zoom (a whole-number factor would stand still below 50 % and run ahead at 150 %).
     const double z = zoom / 100.0;
@@ -120,16 +119,16 @@ void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int
         back.CurrentY = surface.CurrentY - doc.SelectArea.Top * k;
     };
     if (drawing) {
-        doc.SelectArea.Left = double(x) * z - (z * surface.CurrentX - st.LastSelectionLeft);
-        doc.SelectArea.Top = double(y) * z - (z * surface.CurrentY - st.LastSelectionTop);
+        doc.SelectArea.Left = double(x) * z - (z * surface.CurrentX - doc.LastSelectionLeft);
+        doc.SelectArea.Top = double(y) * z - (z * surface.CurrentY - doc.LastSelectionTop);
         restoreAndResave();
     } else {
         BitBlt(surface, I4(sel.Left), I4(sel.Top), sel.Width(), sel.Height(), back, 0, 0, SRCCOPY);
         // The division and product make a rounding step of the anchored position.
-        st.LastSelectionLeft = I2(doc.SelectArea.Left / 100 * 100);
-        st.LastSelectionTop = I2(doc.SelectArea.Top / 100 * 100);
-        sel.Move(k * st.LastSelectionLeft, k * st.LastSelectionTop);
-        back.Move(k * st.LastSelectionLeft, k * st.LastSelectionTop);
+        doc.LastSelectionLeft = I2(doc.SelectArea.Left / 100 * 100);
+        doc.LastSelectionTop = I2(doc.SelectArea.Top / 100 * 100);
+        sel.Move(k * doc.LastSelectionLeft, k * doc.LastSelectionTop);
+        back.Move(k * doc.LastSelectionLeft, k * doc.LastSelectionTop);
         BitBlt(back, 0, 0, sel.Width(), sel.Height(), doc.Buffer, I4(sel.Left), I4(sel.Top), SRCCOPY);
         back.CurrentX = surface.CurrentX - doc.SelectArea.Left * k;
         back.CurrentY = surface.CurrentY - doc.SelectArea.Top * k;
@@ -155,8 +154,8 @@ void SelectAll(Document& doc)
     BitBlt(doc.BufferSelected, 0, 0, buffer.ScaleWidth(), buffer.ScaleHeight(), buffer, 0, 0, SRCCOPY);
     BitBlt(doc.SelectedBack, 0, 0, buffer.ScaleWidth(), buffer.ScaleHeight(), buffer, 0, 0, SRCCOPY);
     doc.SelectArea.Move(0, 0, doc.view.paintWidth - 2, doc.view.paintHeight - 2);
-    doc.SelectionViewX = 0;
-    doc.SelectionViewY = 0;
+    doc.LastSelectionLeft = 0;
+    doc.LastSelectionTop = 0;
     doc.SelectArea.Visible = true;
     doc.FloatOriginal = QImage();
     doc.invalidateView();
@@ -183,8 +182,8 @@ void PlaceFloat(Document& doc, const QImage& picture)
     back.CurrentX = sel.CurrentX;
     back.CurrentY = sel.CurrentY;
     area.Visible = true;
-    doc.SelectionViewX = I2(area.Left);
-    doc.SelectionViewY = I2(area.Top);
+    doc.LastSelectionLeft = I2(area.Left);
+    doc.LastSelectionTop = I2(area.Top);
     doc.SelectionLifted = true;
     doc.FloatOriginal = QImage();
     UpdateView(doc, doc.Buffer, 0, 0, z);

@@ -42,10 +42,7 @@ void TextTool(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, d
 
     surface.ForeColor = st.ForeColor;
     box.ForeColor = st.ForeColor;
-    if (st.ForeColor == st.BackColor)
-        box.BackColor = st.ForeColor == 0xFFFFFF ? 0 : 0xFFFFFF;
-    else
-        box.BackColor = st.BackColor;
+    box.BackColor = TextBoxBackColor(st.ForeColor, st.BackColor);
     box.Centred = st.CenterText;
 
     box.SizeCaption = QStringLiteral("M") + box.Text;

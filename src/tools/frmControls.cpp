@@ -75,7 +75,10 @@ frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m
         auto* row = new QHBoxLayout(panel);
         row->setContentsMargins(6, 2, 6, 2);
         row->setSpacing(8);
-        row->addWidget(new IconView(QStringLiteral("ToolIcon(%1)").arg(i), ToolIcon(i), 32, panel));
+        auto* icon = new IconView(QStringLiteral("ToolIcon(%1)").arg(i), ToolIcon(i), 32, panel);
+        icon->setToolTip(PanelCaption(i));
+        connect(icon, &IconView::clicked, this, [this, i] { Q_EMIT toolIconClicked(i); });
+        row->addWidget(icon);
         auto* caption = new QLabel(PanelCaption(i), panel);
         caption->setObjectName(QStringLiteral("lblCaption(%1)").arg(i));
         caption->setProperty("caption", true);
@@ -118,7 +121,14 @@ void frmControls::ShowPanel(int tool)
     if (tool < 0 || tool >= kToolCount)
         return;
     closePopups();
+    // The strip is as wide as the panel it shows, not as its widest one, so a narrow
+    // window keeps room for the read-outs beside it.
+    for (int i = 0; i < kToolCount; ++i)
+        m_panels[i]->setSizePolicy(i == tool ? QSizePolicy::Preferred : QSizePolicy::Ignored,
+                                   QSizePolicy::Preferred);
     m_stack->setCurrentIndex(tool);
+    m_stack->updateGeometry();
+    updateGeometry();
 }
 
 int frmControls::shownPanel() const
@@ -171,6 +181,7 @@ void frmControls::SetFontName(const QString& name)
     // A long family name is shortened in the box and shown whole in its tooltip.
     m_lblFont->setText(QFontMetrics(face).elidedText(name, Qt::ElideRight, m_lblFont->width() - 10));
     m_lblFont->setToolTip(tr("Font of the text: %1").arg(name));
+    ShowFontPreview();
     Q_EMIT textFontChanged();
 }
 
@@ -186,7 +197,28 @@ void frmControls::SetFontStyle(const QString& style)
         doc->Buffer.FontBold = FontStyleBold(style);
         doc->Buffer.FontItalic = FontStyleItalic(style);
     }
+    ShowFontPreview();
     Q_EMIT textFontChanged();
+}
+
+void frmControls::ShowFontPreview()
+{
+    if (!m_fontPreview)
+        return;
+    QFont face(m_state.FontName);
+    face.setPixelSize(22);
+    face.setBold(FontStyleBold(m_state.FontStyle));
+    face.setItalic(FontStyleItalic(m_state.FontStyle));
+    m_fontPreview->setFont(face);
+    m_fontPreview->setText(QStringLiteral("AaBb"));
+    // The text box's colours: the foreground, on the background unless both are alike.
+    const Color back = m_state.ForeColor != m_state.BackColor ? m_state.BackColor
+                       : m_state.ForeColor == 0xFFFFFF        ? 0
+                                                              : 0xFFFFFF;
+    m_fontPreview->setStyleSheet(QStringLiteral("QLabel { color: %1; background: %2; border: 1px solid "
+                                                "rgb(116,156,218); }")
+                                     .arg(ToQColor(m_state.ForeColor).name(), ToQColor(back).name()));
+    m_fontPreview->show();
 }
 
 void frmControls::setStyle(GroupId group, int index)
@@ -343,6 +375,8 @@ void frmControls::ColorsChanged()
         m_replaceCol[i]->setColor(m_state.ReplaceColors[i]);
     m_transparencyColor->setColor(m_state.TransparencyColor);
     m_transparencyColor->setArmed(m_state.TransparencyPickArmed);
+    if (m_fontPreview && m_fontPreview->isVisible())
+        ShowFontPreview();
 }
 
 void frmControls::needsOperation(QWidget* control, const QString& operation)

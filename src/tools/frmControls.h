@@ -139,6 +139,10 @@ public:
     frmFontStyle* fontStyles();
     void SetFontName(const QString& name);
     void SetFontStyle(const QString& style);
+    // The text tool's font preview: a sample in the chosen font and style, in the
+    // working colours.
+    void ShowFontPreview();
+    QLabel* fontPreview() const { return m_fontPreview; }
 
     // TxtBlend's Enter: a value of 0 to 100 sets the blend; anything else is refused
     // with a message and changes nothing.
@@ -160,6 +164,8 @@ Q_SIGNALS:
     // optZoomss: a preset zoom for the active document.
     void zoomRequested(double zoom);
     void fitWindowRequested();
+    // ToolIcon(n) was clicked.
+    void toolIconClicked(int tool);
     void removeAreaRequested();
     // The font name, style or size of the text tool changed.
     void textFontChanged();
@@ -239,6 +245,7 @@ private:
     QLabel* m_lblAngle = nullptr;
     QLabel* m_lblFont = nullptr;
     QLabel* m_lblFontStyle = nullptr;
+    QLabel* m_fontPreview = nullptr;
     QAbstractButton* m_cmdFont = nullptr;
     QAbstractButton* m_cmdFontStyle = nullptr;
     QLineEdit* m_txtBlend = nullptr;

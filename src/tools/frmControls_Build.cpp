@@ -79,10 +79,10 @@ StyleLook LookOf(const QString& group, int i)
     // fill the last shape left.
     if (group == QLatin1String("Cmd2") && i >= 3)
         return {LastPenCircleIcon(i), Translated("Same pen and fill as the last shape drawn")};
-    // The 3D frame knows four edges and the round rectangle styles draw none. Those
-    // buttons only show that such a style is in force; they can't be chosen here.
+    // The 3D frame knows four edges; the last two styles draw none (they are the round
+    // rectangle styles of the shared style choice).
     if (group == QLatin1String("Cmd5") && i >= 4)
-        return {NoEdgeIcon(), Translated("No edge drawn (a round rectangle style is chosen)"), false};
+        return {NoEdgeIcon(), Translated("No edge: the 3D frame draws nothing")};
     struct Set {
         const char* group;
         const char* pictures;

@@ -281,6 +281,11 @@ private Q_SLOTS:
         QTest::newRow("report.v2 by count") << "report.v2" << 1 << "repor.bmp";
         QTest::newRow("the right one stays") << "dog.gif" << 4 << "dog.gif";
         QTest::newRow("All Files adds nothing") << "notes" << 5 << "notes";
+        // The rules read the file's name only: a full stop in a folder is no extension.
+        QTest::newRow("dot in a folder name")
+            << "/home/jo.doe/Pictures/cat" << 1 << "/home/jo.doe/Pictures/cat.bmp";
+        QTest::newRow("dot in a folder, other extension")
+            << "/home/jo.doe/Pictures/cat.png" << 4 << "/home/jo.doe/Pictures/cat.gif";
     }
     void saveAsName()
     {
@@ -328,6 +333,19 @@ private Q_SLOTS:
                                                      << "a.jpg"
                                                      << "/p/do.jpg"
                                                      << "a.jpg";
+        // An upper-case extension counts as the right one; another is replaced.
+        QTest::newRow("upper-case name") << "/p/CAT.JPG - 100%"
+                                         << "/p/OUT.JPG"
+                                         << "/p/CAT.JPG"
+                                         << "/p/OUT.JPG";
+        QTest::newRow("upper-case other extension") << "/p/CAT.BMP - 100%"
+                                                    << "/p/OUT.BMP"
+                                                    << "/p/CAT.jpg"
+                                                    << "/p/OUT.jpg";
+        QTest::newRow("dot in a folder name") << "/home/jo.doe/Pictures/cat.bmp - 100%"
+                                              << "/home/jo.doe/Pictures/out"
+                                              << "/home/jo.doe/Pictures/cat.jpg"
+                                              << "/home/jo.doe/Pictures/out.jpg";
     }
     void exportNames()
     {

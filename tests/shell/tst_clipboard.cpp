@@ -59,6 +59,51 @@ private Q_SLOTS:
         QCOMPARE(m.activeDocument()->doc.Caption, QStringLiteral("Untitled - 100%"));
     }
 
+    // The float's first drag starts where its marquee stands, whatever placed it last:
+    // an earlier area at (30, 20) must not pull it there.
+    void floatJumpsOnFirstDrag_data()
+    {
+        QTest::addColumn<QString>("placedBy");
+        QTest::addColumn<double>("zoom");
+        QTest::newRow("paste") << "paste" << 100.0;
+        QTest::newRow("select all") << "select all" << 100.0;
+        QTest::newRow("zoom") << "zoom" << 200.0;
+    }
+    void floatJumpsOnFirstDrag()
+    {
+        QFETCH(QString, placedBy);
+        QFETCH(double, zoom);
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        frmPaint* form = f.newDocument(80, 60);
+        Document& doc = form->doc;
+        m.Cmd_Click(5);
+        f.drag(*form, {30, 20}, {40, 30});
+        if (placedBy == QLatin1String("paste")) {
+            m.Cmd_Click(0);
+            f.drag(*form, {70, 55}, {70, 55}); // a press outside drops the area
+            QApplication::clipboard()->setImage(MakeImage(12, 10, [](int, int) { return RGB(200, 0, 0); }));
+            m.Paste_Click();
+        } else if (placedBy == QLatin1String("select all")) {
+            m.SelectAll_Click();
+        } else {
+            form->PreDefZoom(zoom);
+        }
+        m.Cmd_Click(0);
+        const double z = zoom / 100;
+        const QPointF start(doc.SelectArea.Left + 3 * z, doc.SelectArea.Top + 3 * z);
+        const QPointF before(doc.BufferSelected.Left, doc.BufferSelected.Top);
+        f.drag(*form, start, start + QPointF(10 * z, 6 * z), 3);
+        // The anchor is kept in whole view pixels: the float may settle half a pixel off.
+        QVERIFY2(std::abs(doc.BufferSelected.Left - (before.x() + 10)) <= 1 &&
+                     std::abs(doc.BufferSelected.Top - (before.y() + 6)) <= 1,
+                 qPrintable(QStringLiteral("from %1, %2 to %3, %4")
+                                .arg(before.x())
+                                .arg(before.y())
+                                .arg(doc.BufferSelected.Left)
+                                .arg(doc.BufferSelected.Top)));
+    }
+
     void keyColourPickedWithThePicker()
     {
         MainWindowFixture f;

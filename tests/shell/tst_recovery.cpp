@@ -1,6 +1,7 @@
 // Unsaved pictures survive the end of the program: a program killed with SIGKILL leaves
 // its changed picture, which the next start brings back byte for byte, dirty and with
-// its names; the close keeps what the user wasn't asked about; the offer's answers;
+// its names; a close or Exit asks about every changed picture, and only an end
+// without one keeps them; the offer's answers;
 // and painting goes on while the writer copies a 12 MP picture.
 
 #include "document/frmPaint.h"
@@ -43,19 +44,25 @@ frmPaint* namedDocument(MainWindowFixture& f, const QString& name, bool dirty)
     return form;
 }
 
-// A run that leaves these pictures, the last one active, and ends with Exit or with
-// the close answered Yes.
-void endRun(const QString& folder, const QStringList& names, bool dirty, bool viaExit)
+// How a run ends: the close (the user sure, each changed picture left unsaved), Exit
+// (each left unsaved too), or the program gone without a close, as when the desktop
+// session ends it.
+enum class End { Close, Exit, Gone };
+
+// A run that leaves these pictures, the last one active, and ends as `end` says.
+void endRun(const QString& folder, const QStringList& names, bool dirty, End end)
 {
     ScriptedRecovery recovery;
     MainWindowFixture f(true, &recovery, folder);
     for (const QString& name : names)
         namedDocument(f, name, dirty);
-    if (viaExit) {
+    if (end == End::Exit) {
         f.main().Exit_Click();
-    } else {
+    } else if (end == End::Close) {
         f.prompt.answers.enqueue(vbYes);
         f.main().close();
+    } else {
+        f.endWithoutClose();
     }
 }
 
@@ -144,23 +151,24 @@ private Q_SLOTS:
 
     void whatTheCloseKeeps_data()
     {
-        QTest::addColumn<bool>("viaExit");
+        QTest::addColumn<int>("end");
         QTest::addColumn<bool>("dirty");
         QTest::addColumn<QStringList>("kept");
-        QTest::newRow("close: the picture asked about goes, the other stays")
-            << false << true << QStringList{"first"};
-        QTest::newRow("close: nothing changed, nothing kept") << false << false << QStringList{};
-        QTest::newRow("Exit asks nothing and keeps every change")
-            << true << true << QStringList{"first", "second"};
+        QTest::newRow("close: every picture asked about, left unsaved, goes")
+            << int(End::Close) << true << QStringList{};
+        QTest::newRow("close: nothing changed, nothing kept") << int(End::Close) << false << QStringList{};
+        QTest::newRow("Exit asks too: left unsaved, goes") << int(End::Exit) << true << QStringList{};
+        QTest::newRow("gone without a close: every change kept")
+            << int(End::Gone) << true << QStringList{"first", "second"};
     }
     void whatTheCloseKeeps()
     {
-        QFETCH(bool, viaExit);
+        QFETCH(int, end);
         QFETCH(bool, dirty);
         QFETCH(QStringList, kept);
         QTemporaryDir dir;
         const QString folder = dir.filePath(QStringLiteral("app/"));
-        endRun(folder, {QStringLiteral("first"), QStringLiteral("second")}, dirty, viaExit);
+        endRun(folder, {QStringLiteral("first"), QStringLiteral("second")}, dirty, End(end));
         ScriptedRecovery next;
         MainWindowFixture g(false, &next, folder);
         QCOMPARE(offeredNames(next), kept);
@@ -189,7 +197,7 @@ private Q_SLOTS:
         QFETCH(QStringList, offeredAgain);
         QTemporaryDir dir;
         const QString folder = dir.filePath(QStringLiteral("app/"));
-        endRun(folder, {QStringLiteral("one"), QStringLiteral("two")}, true, true);
+        endRun(folder, {QStringLiteral("one"), QStringLiteral("two")}, true, End::Gone);
         {
             ScriptedRecovery recovery;
             recovery.answer = RecoveryPrompt::Answer(answer);

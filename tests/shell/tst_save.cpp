@@ -4,12 +4,16 @@
 
 #include "core/Gdi.h"
 #include "document/frmPaint.h"
+#include "files/DialogAPI.h"
+#include "files/FileNames.h"
 #include "files/FrmSaveJPGs.h"
+#include "files/frmSaveGifs.h"
 #include "files/read/PictureLoader.h"
 #include "shell/ProgressStrip.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
 
+#include <QCheckBox>
 #include <QLineEdit>
 #include <QtTest>
 
@@ -76,7 +80,8 @@ private Q_SLOTS:
         QVERIFY(form->doc.Dirty);
     }
 
-    void gifStoppedByEscShowsNoErrorAndStaysUnsaved()
+    // Esc while a GIF is written is no error: the box says only that the save stopped.
+    void gifStoppedByEscShowsAnError()
     {
         QTemporaryDir dir;
         MainWindowFixture f;
@@ -87,7 +92,9 @@ private Q_SLOTS:
         // Esc arrives once the progress strip shows.
         QCoreApplication::postEvent(f.main().progress(), new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, {}));
         f.main().Save_Click();
-        QVERIFY(f.prompt.shown.isEmpty());
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QCOMPARE(f.prompt.shown.first().text,
+                 QStringLiteral("Saving cancelled. The file was left as it was."));
         QVERIFY(!QFile::exists(path));
         QVERIFY(form->doc.Dirty);
         QVERIFY(!QApplication::overrideCursor() && !f.main().progress()->isVisible());
@@ -177,6 +184,121 @@ private Q_SLOTS:
         QCOMPARE(f.prompt.shown.last().text,
                  QStringLiteral("/p/fourth.bmp- doesn't exist anymore, or has been renamed."));
         QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Open file"));
+    }
+
+    // Close with Yes on a picture opened from a format we don't write goes through Save
+    // As, so the file keeps its own bytes.
+    void closeWritesBmpIntoPng()
+    {
+        QTemporaryDir dir;
+        const QString png = dir.filePath(QStringLiteral("photo.png"));
+        QVERIFY(MakeImage(8, 8, [](int, int) { return RGB(0, 0, 255); }).save(png, "PNG"));
+        const QByteArray before = ReadFile(png);
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(8, 8);
+        form->doc.Buffer.Tag = png;
+        form->doc.Dirty = true;
+        f.prompt.answers.enqueue(vbYes);
+        f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("photo")));
+        f.dialogs.filterIndexes.enqueue(1);
+        QVERIFY(f.main().FormQueryUnload(*form));
+        QCOMPARE(ReadFile(png), before);
+        QVERIFY(ReadFile(dir.filePath(QStringLiteral("photo.bmp"))).startsWith("BM"));
+        QVERIFY(f.dialogs.paths.isEmpty()); // the dialog was asked
+    }
+
+    // The dialog asks about the name it was given; a name the extension rules made of it
+    // is asked about before it is replaced.
+    void saveAsOverwritesUnnamedFile_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("replaced");
+        QTest::newRow("No keeps the file") << int(vbNo) << false;
+        QTest::newRow("Yes replaces it") << int(vbYes) << true;
+    }
+    void saveAsOverwritesUnnamedFile()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, replaced);
+        QTemporaryDir dir;
+        const QString existing = dir.filePath(QStringLiteral("cat.bmp"));
+        QVERIFY(WriteFile(existing, "keep me"));
+        MainWindowFixture f;
+        f.newDocument(8, 8);
+        f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("cat.jpg"))); // with the BMP filter
+        f.dialogs.filterIndexes.enqueue(1);
+        f.prompt.answers.enqueue(answer);
+        f.main().SaveAs_Click();
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QCOMPARE(f.prompt.shown.first().style, int(vbWarningYesNo));
+        QVERIFY(f.prompt.shown.first().text.contains(QStringLiteral("cat.bmp")));
+        QCOMPARE(ReadFile(existing) != "keep me", replaced);
+        QVERIFY(!QFile::exists(dir.filePath(QStringLiteral("cat.jpg"))));
+    }
+
+    void jpegRefusalLosesTheName()
+    {
+        QTemporaryDir dir;
+        QVERIFY(WriteFile(dir.filePath(QStringLiteral("file")), {}));
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(8, 8);
+        form->doc.Dirty = true;
+        const QString path = dir.filePath(QStringLiteral("file/photo.jpg")); // its folder is a file
+        int quality = 0;
+        QVERIFY(!f.main().FileSaveAs(path, SaveFormat::Jpeg, kNoColor, quality));
+        QCOMPARE(quality, 90);
+        QCOMPARE(f.prompt.shown.size(), 1);
+        QCOMPARE(f.prompt.shown.first().style, int(vbExclamation));
+        QVERIFY(f.prompt.shown.first().text.startsWith(
+            QStringLiteral("Failed to save the picture to the file: '") + path + QStringLiteral("'")));
+        QCOMPARE(form->doc.Buffer.Tag, QString());
+        QCOMPARE(form->doc.Caption, QStringLiteral("Untitled - 100%"));
+        QVERIFY(form->doc.Dirty);
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void gifExportDialog()
+    {
+        QTemporaryDir dir;
+        MainWindowFixture f;
+        frmPaint* form = f.newDocument(6, 4, RGB(255, 0, 0));
+        f.main().mnuExportGif_Click();
+        QPointer<frmSaveGifs> dialog = f.main().findChild<frmSaveGifs*>();
+        QVERIFY(dialog && dialog->isVisible());
+        dialog->ChkSaveOptions(1)->setChecked(true);
+        for (int i = 0; i < 3; ++i)
+            dialog->txtrgbgifcolor(i)->setText(i == 0 ? QStringLiteral("300") : QStringLiteral("0"));
+        QCOMPARE(dialog->txtrgbgifcolor(0)->text(), QStringLiteral("255")); // above 255 is 255
+        f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("Export")));
+        dialog->Command1_Click();
+        MainWindowFixture::settle();
+        const QString path = dir.filePath(QStringLiteral("Export.gif"));
+        QVERIFY(ReadFile(path).startsWith("GIF89a")); // with a transparent colour
+        QCOMPARE(form->doc.Buffer.Tag, path);
+        QVERIFY(!dialog || !dialog->isVisible()); // the dialog closes
+    }
+
+    // Open and Save As start where the user last chose a file, in this run and the next.
+    void dialogsStartInProgramFolder()
+    {
+        QTemporaryDir dir;
+        {
+            MainWindowFixture f;
+            f.newDocument(8, 8);
+            f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("kept.bmp")));
+            f.main().SaveAs_Click();
+            QCOMPARE(f.dialogs.StartFolder, dir.path());
+            f.main().SaveSettings(false);
+        }
+        MainWindowFixture next(false);
+        QCOMPARE(next.dialogs.StartFolder, dir.path());
+    }
+
+    void openFilterHidesPngAndIco()
+    {
+        const QString first = OpenFilter(QString()).section(QStringLiteral(";;"), 0, 0);
+        for (const char* pattern : {"*.bmp", "*.jpg", "*.gif", "*.png", "*.ico", "*.cur", "*.dib", "*.rle"})
+            QVERIFY2(first.contains(QLatin1String(pattern)), pattern);
     }
 
     void jpegQualityDialog_data()

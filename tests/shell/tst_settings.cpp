@@ -33,30 +33,61 @@ void closeWindow(frmMain& m)
 class tst_Settings : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void firstRunWritesEveryKey()
+    // Not only that every key is written: each with the value it must have, so a wrong
+    // default is caught.
+    void firstRunWritesEveryDefault()
     {
         MainWindowFixture f;
+        const QRect g = f.main().normalGeometry().isValid() ? f.main().normalGeometry() : f.main().geometry();
+        QMap<QString, QString> expected{
+            {"MainLeft", QString::number(g.x() * 15)},
+            {"MainTop", QString::number(g.y() * 15)},
+            {"MainWidth", QString::number(g.width() * 15)},
+            {"MainHeight", QString::number(g.height() * 15)},
+            {"AutoSizePos", "0"},
+            {"KidsMode", "False"},
+            {"FitBigImage", "False"},
+            {"MaxOnOpen", "0"},
+            {"StartBlankPage", "0"},
+            {"Version", QStringLiteral(VELUNTA_VERSION)},
+            {"SelectedColor", "0"},
+            {"FrameColorSheme", "0"},
+            {"FormColorSheme", "0"},
+            {"CircleThickness", "1"},
+            {"LineThickness", "1"},
+            {"SelectedBackColor", "16777215"},
+            {"UseGuideLines", "-1"},
+            {"GuideLinesColor", QString::number(RGB(128, 128, 128))},
+            {"GridColor", QString::number(RGB(240, 240, 240))},
+            {"GuideLineStyle", "2"},
+            {"MRUD0", " "},
+            {"MRUD1", " "},
+            {"MRUD2", " "},
+            {"MRUD3", " "},
+            {"NewImageSize", "640x480"},
+            {"LastFolder", ""},
+            {"TextFont", "Arial"},
+            {"TextStyle", "Normal"},
+            {"Blend", "50"},
+            {"SquareCorner", "10"},
+            {"ArrowSize", "6"},
+            {"DrawForeColor", "0"},
+            {"DrawBackColor", "16777215"},
+            {"GridX", "10"},
+            {"GridY", "10"},
+            {"SnapToGrid", "False"},
+            {"NoURLupdate", ""},
+        };
+        const int options[16] = {50, 75, 6, 10, 2, 1, 1, 12, 6, 1, 10, 75, 6, 3, 10, 6};
+        for (int i = 0; i < 16; ++i)
+            expected.insert(QStringLiteral("LastOptionValue%1").arg(i), QString::number(options[i]));
         QSettings s = store();
-        const QStringList keys = s.allKeys();
-        const QString all = QStringLiteral(
-            "MainLeft MainTop MainWidth MainHeight AutoSizePos KidsMode FitBigImage MaxOnOpen StartBlankPage "
-            "Version "
-            "SelectedColor FrameColorSheme FormColorSheme CircleThickness LineThickness SelectedBackColor "
-            "UseGuideLines GuideLinesColor GridColor GuideLineStyle MRUD0 MRUD3 NewImageSize "
-            "LastOptionValue0 "
-            "LastOptionValue15 TextFont TextStyle Blend SquareCorner ArrowSize DrawForeColor DrawBackColor "
-            "GridX "
-            "GridY SnapToGrid");
-        for (const QString& key : all.split(u' '))
-            QVERIFY2(keys.contains(key), qPrintable(key));
-        QCOMPARE(s.value(QStringLiteral("KidsMode")).toString(), QStringLiteral("False"));
-        QCOMPARE(s.value(QStringLiteral("AutoSizePos")).toString(), QStringLiteral("0"));
-        QCOMPARE(s.value(QStringLiteral("UseGuideLines")).toString(), QStringLiteral("-1"));
-        QCOMPARE(s.value(QStringLiteral("GuideLinesColor")).toString(), QString::number(RGB(128, 128, 128)));
-        QCOMPARE(s.value(QStringLiteral("NewImageSize")).toString(), QStringLiteral("640x480"));
-        QCOMPARE(s.value(QStringLiteral("LastOptionValue7")).toString(), QStringLiteral("12"));
-        QCOMPARE(s.value(QStringLiteral("DrawBackColor")).toString(), QStringLiteral("16777215"));
-        QCOMPARE(s.value(QStringLiteral("TextFont")).toString(), QStringLiteral("Arial"));
+        QStringList keys = s.allKeys();
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+            QVERIFY2(keys.removeOne(it.key()), qPrintable(it.key()));
+            QCOMPARE(s.value(it.key()).toString(), it.value());
+        }
+        QVERIFY2(keys.isEmpty(), qPrintable(keys.join(u' '))); // and nothing else
     }
 
     void closingKeepsViewButNotDrawPresets()

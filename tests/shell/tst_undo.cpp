@@ -131,6 +131,40 @@ private Q_SLOTS:
         QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
     }
 
+    // Undo and its toolbar button come on with the first step a command records and go
+    // off where there is nothing to go back to: a fresh picture, or none.
+    void undoStaysOffAfterAWholePictureCommand_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::newRow("Convert to Grayscale") << "mnugrayscale";
+        QTest::newRow("Brighten by 10%") << "mnuDoBright";
+        QTest::newRow("Darken by 10%") << "mnuDoDark";
+    }
+    void undoStaysOffAfterAWholePictureCommand()
+    {
+        QFETCH(QString, command);
+        Window f(60, 40);
+        frmMain& m = f.main();
+        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
+        QVERIFY(!m.CmdCommands(7)->isEnabled());
+        m.action(command)->trigger();
+        QVERIFY(m.action(QStringLiteral("Undo"))->isEnabled());
+        QVERIFY(m.CmdCommands(7)->isEnabled());
+        m.CmdCommands(7)->click();
+        QCOMPARE(DifferingPixels(f.doc.Buffer.Image(), f.original), 0);
+        QCOMPARE(m.CmdCommands(7)->isEnabled(), m.action(QStringLiteral("Undo"))->isEnabled());
+        // Another picture has nothing to undo yet; coming back to this one, Undo is there.
+        frmPaint* other = f.newDocument(20, 20);
+        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
+        QVERIFY(!m.CmdCommands(7)->isEnabled());
+        other->closeWithoutQuestion();
+        MainWindowFixture::settle();
+        f.form.closeWithoutQuestion();
+        MainWindowFixture::settle();
+        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
+        QVERIFY(!m.CmdCommands(7)->isEnabled());
+    }
+
     void replaceColorsIsOneUndoStep()
     {
         Window f(20, 10, RGB(255, 0, 0));

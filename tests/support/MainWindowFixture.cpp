@@ -27,9 +27,17 @@ MainWindowFixture::MainWindowFixture(bool fresh, RecoveryPrompt* recovery, const
 
 MainWindowFixture::~MainWindowFixture()
 {
+    if (!m_main)
+        return;
     // Windows go without questions at the end of a test.
     for (frmPaint* f : m_main->documents())
         f->closeWithoutQuestion();
+    settle();
+}
+
+void MainWindowFixture::endWithoutClose()
+{
+    m_main.reset();
     settle();
 }
 

@@ -37,6 +37,9 @@ public:
     void drag(frmPaint& form, QPointF from, QPointF to, int moves = 1);
     // Lets pending events and deferred calls run.
     static void settle();
+    // The main window goes with its pictures still open and nothing asked, as when the
+    // program is ended from outside.
+    void endWithoutClose();
 
 private:
     QTemporaryDir m_home;

@@ -115,8 +115,9 @@ private Q_SLOTS:
         QTest::newRow("rectangle round fill") << "Cmd" << 4 << 4;
         QTest::newRow("circle last pen") << "Cmd2" << 5 << 5;
         QTest::newRow("3D etched") << "Cmd5" << 3 << 3;
-        // The 3D panel's no-edge buttons only show a style chosen elsewhere.
-        QTest::newRow("3D no edge can't be chosen") << "Cmd5" << 4 << 0;
+        // Every style of the 3D panel can be chosen, the two that draw no edge too.
+        QTest::newRow("3D no edge 4") << "Cmd5" << 4 << 4;
+        QTest::newRow("3D no edge 5") << "Cmd5" << 5 << 5;
     }
     void shapeStyleIsSharedByThreePanels()
     {

@@ -207,6 +207,31 @@ private Q_SLOTS:
         QCOMPARE(MixToForeground(pixel, 0, 1, fore), fore); // no steps: the pure colour
     }
 
+    // One step of three toward the limit: a third of the way, whole thirds of 255.
+    void brightenMixAtItsLimit_data()
+    {
+        QTest::addColumn<Color>("pixel");
+        QTest::addColumn<int>("steps");
+        QTest::addColumn<int>("step");
+        QTest::addColumn<bool>("darken");
+        QTest::addColumn<Color>("mixed");
+        QTest::newRow("black brightened, strength 3") << Color(0) << 3 << 1 << false << RGB(170, 170, 170);
+        QTest::newRow("white darkened, strength 3") << Color(0xFFFFFF) << 3 << 1 << true << RGB(85, 85, 85);
+        QTest::newRow("white stays white") << Color(0xFFFFFF) << 3 << 1 << false << Color(0xFFFFFF);
+        QTest::newRow("black stays black") << Color(0) << 3 << 1 << true << Color(0);
+        QTest::newRow("outer ring keeps the pixel") << RGB(10, 20, 30) << 3 << 3 << false << RGB(10, 20, 30);
+        QTest::newRow("no steps keep the pixel") << RGB(10, 20, 30) << 0 << 1 << false << RGB(10, 20, 30);
+    }
+    void brightenMixAtItsLimit()
+    {
+        QFETCH(Color, pixel);
+        QFETCH(int, steps);
+        QFETCH(int, step);
+        QFETCH(bool, darken);
+        QFETCH(Color, mixed);
+        QCOMPARE(MixToLimit(pixel, steps, step, darken), mixed);
+    }
+
     void hardSprayHitRate_data()
     {
         QTest::addColumn<double>("pressure");

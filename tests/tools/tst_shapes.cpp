@@ -222,6 +222,37 @@ private Q_SLOTS:
         QCOMPARE(GetPixel(s, 18, 12), kInk);
     }
 
+    // With a wide border the square box, the rounded one and the ellipse all take the
+    // same room: the pen is centred on the dragged outline, half of it outside.
+    void thickRoundShapeSmallerThanSquare_data()
+    {
+        QTest::addColumn<int>("tool");
+        QTest::addColumn<int>("style");
+        QTest::newRow("square border") << 9 << 0;
+        QTest::newRow("square border and fill") << 9 << 1;
+        QTest::newRow("round border") << 9 << 3;
+        QTest::newRow("round border and fill") << 9 << 4;
+        QTest::newRow("ellipse border") << 10 << 0;
+        QTest::newRow("ellipse border and fill") << 10 << 1;
+    }
+    void thickRoundShapeSmallerThanSquare()
+    {
+        QFETCH(int, tool);
+        QFETCH(int, style);
+        ToolBench b(80, 60);
+        b.state.CurrentTool = tool;
+        b.state.ShapeStyle = style;
+        b.state.RoundCornersText = QStringLiteral("12");
+        b.state.BackColor = RGB(0, 200, 0);
+        b.state.SelectorValues[5].Value = 9;
+        b.state.SelectorValues[6].Value = 9;
+        QVERIFY(drag(b, {20, 15}, {60, 45}));
+        // The box 20..59 x 15..44 grown by 4 on every side.
+        QCOMPARE(inkBounds(b.doc.Buffer), QRect(QPoint(16, 11), QPoint(63, 48)));
+        if (style == 1 || style == 4) // the fill starts five pixels in
+            QCOMPARE(GetPixel(b.doc.Buffer, 40, 20), RGB(0, 200, 0));
+    }
+
     void frame3DPasses_data()
     {
         QTest::addColumn<int>("style");
