@@ -288,6 +288,8 @@ public:
     void DetailPicked(Document& doc, double x, double y) override;
     // File > Open in thumbnail-view: the chosen picture opens as Open does.
     void OpenThumbnailview_Click();
+    // Printing: the print preview, which prints (frmMain_Print.cpp).
+    void mnuPrint_Click();
 
     // Unsaved pictures kept against a crash: the session starts with the load, offers
     // what an earlier run left, and ends with the close. Null while nothing is kept.

@@ -53,7 +53,7 @@ constexpr MenuRow kMenuRows[] = {
     {M::Imports, 4, M::mnuImport, "Imports", "RLE", R::Always, &F::Imports_Click},
     {M::Imports, 5, M::mnuImport, "Imports", "PNG", R::Always, &F::Imports_Click},
     sep(M::split022, M::File, "split022", kEasyHidden),
-    {M::mnuPrint, -1, M::File, "mnuPrint", "Print...", R::Document, {}, 0, QKeySequence::Print},
+    {M::mnuPrint, -1, M::File, "mnuPrint", "Print...", R::Document, &F::mnuPrint_Click, 0, QKeySequence::Print},
     sep(M::split033, M::File, "split033", kEasyHidden),
     {M::mnuSelTwain, -1, M::File, "mnuSelTwain", "Select TWAIN Source...", R::Always, &F::mnuSelTwain_Click,
      kEasyHidden},
@@ -265,7 +265,7 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document, &F::Save_Click},              // 2 "Save"
     {R::Selection, &F::Copy_Click},             // 3 "copy"
     {R::Selection, &F::Cut_Click},              // 4 the cut button
-    {R::Document},                              // 5 "Print"
+    {R::Document, &F::mnuPrint_Click},          // 5 "Print"
     {R::Clipboard, &F::Paste_Click},            // 6 "paste"
     {R::UndoRing, &F::Undo_Click},              // 7 "undo/redo"
     {R::Document, &F::mnuPicFrames_Click, true}, // 8 "picture frames"
