@@ -29,9 +29,9 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <sys/resource.h>
 #include <functional>
 #include <memory>
+#include <sys/resource.h>
 #include <vector>
 
 using namespace velunta;
@@ -183,7 +183,8 @@ Times runTool(const char* tool, const QStringList& arguments)
 
 // Rounds of our operation, then its anchor. The benchmark's time is ours; the counters
 // hold the best of each and the ratios of the two.
-void interleave(benchmark::State& state, const std::function<Times()>& ours, const std::function<Times()>& anchor)
+void interleave(benchmark::State& state, const std::function<Times()>& ours,
+                const std::function<Times()>& anchor)
 {
     std::vector<Times> own, other;
     for (auto _ : state) {
@@ -298,7 +299,10 @@ int main(int argc, char** argv)
                                                 {"BM_OpenBmp", BM_OpenBmp},
                                                 {"BM_SaveGif", BM_SaveGif}};
     for (const auto& [name, run] : runs)
-        benchmark::RegisterBenchmark(name, run)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(12);
+        benchmark::RegisterBenchmark(name, run)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime()
+            ->Iterations(12);
     benchmark::Initialize(&argc, argv);
     g_session = std::make_unique<Session>();
     benchmark::RunSpecifiedBenchmarks();
