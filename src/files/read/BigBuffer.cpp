@@ -24,12 +24,13 @@ struct KeptBlock {
 std::mutex g_keptLock;
 KeptBlock g_kept[kKeptBlocks];
 
-// A kept block that fits `bytes` without wasting more than a quarter of itself.
+// A kept block that fits `bytes` without wasting more than a quarter of itself, beyond
+// the huge page of slack that the alignment of a big block leaves at its end.
 uchar* takeKept(size_t bytes)
 {
     const std::lock_guard lock(g_keptLock);
     for (KeptBlock& block : g_kept) {
-        if (block.pixels && block.bytes >= bytes && block.bytes - bytes <= block.bytes / 4) {
+        if (block.pixels && block.bytes >= bytes && block.bytes - bytes <= block.bytes / 4 + kHugePage) {
             auto* pixels = static_cast<uchar*>(block.pixels);
             block = KeptBlock();
             return pixels;
