@@ -184,9 +184,13 @@ bool frmMain::loadIntoDocument(frmPaint& form, const QString& path, const QStrin
         return false;
     }
     try {
-        form.doc.Buffer.setPicture(picture);
-        form.doc.Buffer.setScaleSize(picture.width(), picture.height());
-        form.doc.Buffer.Cls();
+        // The decoded rows become the drawing layer, and the persistent layer shares them
+        // until the first change: a picture the size of its file shows exactly its pixels,
+        // so nothing needs clearing or copying.
+        form.doc.Buffer.setImage(picture);
+        form.doc.Buffer.keepImageAsPicture();
+        form.doc.Buffer.CurrentX = 0;
+        form.doc.Buffer.CurrentY = 0;
     } catch (const AllocationError&) {
         sw->show();
         showLoadError(shownName, 7, tr("There is not enough memory for this picture."));

@@ -13,7 +13,6 @@
 #include "files/FrmSaveJPGs.h"
 #include "files/GIF.h"
 #include "files/JpegWriter.h"
-#include "files/cDIBSection.h"
 #include "files/frmSaveGifs.h"
 #include "shell/Services.h"
 #include "widgets/Icons.h"
@@ -78,15 +77,16 @@ bool frmMain::FileSaveAs(const QString& fileName, SaveFormat format, Color trans
     // A GIF is written row by row with the progress strip; Esc stops it.
     BusyScope busy(*this, gif);
     QCoreApplication::processEvents();
-    const QImage picture = form->doc.Buffer.Image().copy();
+    // The writers read the picture's own rows. This handle shares them, so a change made
+    // while a GIF's progress lets events through detaches the picture instead of
+    // changing what is being written.
+    const QImage picture = form->doc.Buffer.Image();
     WriteFailure failure;
     bool written = true;
     if (format == SaveFormat::Jpeg) {
         if (quality <= 0)
             quality = 90;
-        cDIBSection dib;
-        dib.CreateFromPicture(picture);
-        if (!fileName.isEmpty() && !SaveJPG(dib, fileName, quality, &failure)) {
+        if (!fileName.isEmpty() && !SaveJPG(picture, fileName, quality, &failure)) {
             busy.end();
             // One box: the refusal, and why below it.
             m_services.prompt.MsgBox(

@@ -17,6 +17,7 @@
 
 #include <sys/resource.h>
 
+#include <algorithm>
 #include <cstdio>
 
 using namespace velunta;
@@ -442,6 +443,33 @@ private Q_SLOTS:
         const LoadedPicture loaded = DecodePicture(file);
         QVERIFY2(!loaded.image.isNull(), qPrintable(loaded.error));
         QCOMPARE(DifferingPixels(loaded.image, ImageFromRows(rows, kRed)), 0);
+    }
+
+    // A picture decoded into the memory of one that was let go (the next file opened)
+    // must show none of the old pixels where its file leaves the picture black.
+    void reusedMemoryShowsNoOldPixels()
+    {
+        constexpr int side = 1024;
+        QImage red(side, side, QImage::Format_RGB32);
+        red.fill(qRgb(255, 0, 0));
+        const QByteArray redFile =
+            BmpFile(side, side, 40, 32, 0, {},
+                    QByteArray(reinterpret_cast<const char*>(red.constBits()), red.sizeInBytes()));
+        const uchar* oldPixels = nullptr;
+        {
+            const LoadedPicture first = DecodePicture(redFile);
+            QVERIFY2(!first.image.isNull(), qPrintable(first.error));
+            oldPixels = first.image.constBits();
+        }
+        // Ten white pixels, then the end of the picture: the rest is black.
+        const LoadedPicture second =
+            DecodePicture(BmpFile(side, side, 40, 8, 1, kPalette, QByteArray::fromHex("0A00 0001")));
+        QVERIFY2(!second.image.isNull(), qPrintable(second.error));
+        QCOMPARE(second.image.constBits(), oldPixels);
+        QImage expected(side, side, QImage::Format_RGB32);
+        expected.fill(qRgb(0, 0, 0));
+        std::fill_n(reinterpret_cast<QRgb*>(expected.scanLine(side - 1)), 10, qRgb(255, 255, 255));
+        QCOMPARE(DifferingPixels(second.image, expected), 0);
     }
 
     // Minimum code sizes above 8 code the same pixels in wider codes.

@@ -166,6 +166,31 @@ private Q_SLOTS:
         QVERIFY2(Psnr(decoded, image) > 35, qPrintable(QString::number(Psnr(decoded, image))));
     }
 
+    // The save path hands libjpeg the picture's own 32-bit rows; the file must be the one
+    // the bottom-up 24-bit section gives, byte for byte.
+    void jpegRowsAndSectionGiveSameBytes_data()
+    {
+        QTest::addColumn<QImage>("image");
+        QTest::addColumn<int>("quality");
+        QTest::newRow("1 x 1") << smooth(1, 1) << 90;
+        QTest::newRow("odd width, q75") << smooth(37, 23) << 75;
+        auto* random = QRandomGenerator::global();
+        QTest::newRow("noise, q100") << MakeImage(61, 45, [random](int, int) {
+            return Color(random->bounded(0x1000000));
+        }) << 100;
+        QTest::newRow("ARGB32 picture") << smooth(20, 18).convertToFormat(QImage::Format_ARGB32) << 90;
+    }
+    void jpegRowsAndSectionGiveSameBytes()
+    {
+        QFETCH(QImage, image);
+        QFETCH(int, quality);
+        const QByteArray section = jpeg(image, quality);
+        const QString path = m_dir.filePath("rows.jpg");
+        QVERIFY(SaveJPG(image, path, quality));
+        QVERIFY(!section.isEmpty());
+        QCOMPARE(ReadFile(path), section);
+    }
+
     void jpegQualityZeroMeansNinety()
     {
         const QImage image = smooth(40, 30);

@@ -11,7 +11,7 @@ namespace velunta {
 PictureRows::PictureRows(int width, int height, qint64 fileBytes) : m_width(width), m_height(height)
 {
     if (width > 0 && height > 0 && qint64(width) * height * 4 <= UnprovenAllowance(fileBytes)) {
-        m_bits = AllocateBig(size_t(bytesPerLine()) * size_t(height)).release();
+        m_bits = AllocatePictureMemory(size_t(bytesPerLine()) * size_t(height));
         if (m_bits)
             m_rows = height;
     }
@@ -19,7 +19,7 @@ PictureRows::PictureRows(int width, int height, qint64 fileBytes) : m_width(widt
 
 PictureRows::~PictureRows()
 {
-    std::free(m_bits);
+    ReleasePictureMemory(m_bits);
 }
 
 uchar* PictureRows::row(int y)
@@ -44,8 +44,7 @@ QImage PictureRows::take(QImage::Format format)
 {
     if (m_rows < m_height || !m_bits)
         return {};
-    QImage image(
-        m_bits, m_width, m_height, bytesPerLine(), format, [](void* p) { std::free(p); }, m_bits);
+    QImage image(m_bits, m_width, m_height, bytesPerLine(), format, ReleasePictureMemory, m_bits);
     if (!image.isNull())
         m_bits = nullptr; // the image frees it now
     return image;
