@@ -145,7 +145,8 @@ void frmMain::GetSettings(bool drawPart)
         m_chkSnapGrid->setChecked(m_state.SnapToGrid);
         action(MenuId::menuExGridSnap)->setChecked(m_state.SnapToGrid);
         NoURLupdate = get("NoURLupdate", QString());
-        action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate.isEmpty());
+        // Empty (never chosen) and "No" both want the check.
+        action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate != QLatin1String("Yes"));
     } else {
         const QString font = Trim(get("TextFont", QStringLiteral("Arial")));
         if (!font.isEmpty())
