@@ -4,9 +4,12 @@
 Times Pillow's nearest equivalent of each operation (best of several runs), then runs
 bench_fx (one run, its own plain-copy yardstick included) and prints one row per
 operation: our time, Pillow's, and the ratio. Rotate, zoom and render must stay within
-twice Pillow's nearest-neighbour rotation; every row should show us faster.
+twice Pillow's nearest-neighbour rotation; every row should show us faster. Then the
+Image menu's rotation (RotatePicture through the command, its undo step included, from
+bench_canvas) against Pillow's bilinear rotation of the same picture: it must not take
+longer.
 
-    bench/fx_vs_pillow.py [path/to/bench_fx]
+    bench/fx_vs_pillow.py [path/to/bench_fx [path/to/bench_canvas]]
 
 Debian's python3-pil is for the system interpreter, hence /usr/bin/python3.
 """
@@ -59,6 +62,9 @@ def pillow_times():
         "HSV round trip": best_ms(lambda: hue_round_trip(im), runs=3),
         "colour enhance": best_ms(lambda: ImageEnhance.Color(im).enhance(0.35)),
         "nearest rotation": best_ms(lambda: im.rotate(30, resample=Image.NEAREST)),
+        "bilinear rotation 45": best_ms(lambda: im.rotate(45, resample=Image.BILINEAR)),
+        "bilinear rotation 90": best_ms(lambda: im.rotate(90, resample=Image.BILINEAR)),
+        "bilinear rotation 180": best_ms(lambda: im.rotate(180, resample=Image.BILINEAR)),
     }
 
 
@@ -86,11 +92,11 @@ PAIRS = [
 ]
 
 
-def our_times(binary):
+def our_times(binary, pattern="BM_[a-zC]"):
     with tempfile.TemporaryDirectory() as folder:
         out = os.path.join(folder, "fx.json")
         subprocess.run(
-            [binary, "--benchmark_filter=BM_[a-zC]", "--benchmark_min_time=0.3",
+            [binary, "--benchmark_filter=" + pattern, "--benchmark_min_time=0.3",
              "--benchmark_out=" + out, "--benchmark_out_format=json"],
             check=True, stdout=subprocess.DEVNULL)
         with open(out) as f:
@@ -100,8 +106,9 @@ def our_times(binary):
 
 
 def main():
-    binary = sys.argv[1] if len(sys.argv) > 1 else os.path.join(
-        os.path.dirname(os.path.abspath(__file__)), "..", "build", "bench", "bench_fx")
+    built = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "build", "bench")
+    binary = sys.argv[1] if len(sys.argv) > 1 else os.path.join(built, "bench_fx")
+    canvas = sys.argv[2] if len(sys.argv) > 2 else os.path.join(built, "bench_canvas")
     pillow = pillow_times()
     ours = our_times(binary)
     copy = ours["Copy"]
@@ -119,6 +126,14 @@ def main():
     for name in ("rotate", "zoom", "render"):
         verdict = "ok" if ours[name] <= 2 * rotation else "OVER"
         print(f"{name} within 2 x Pillow's rotation: {ours[name]:.1f} <= {2 * rotation:.1f} ms {verdict}")
+    if os.path.exists(canvas):
+        turns = our_times(canvas, "BM_Rotate|BM_Copy")
+        print(f"\nImage > Rotate (the command with its undo step) against Pillow's bilinear rotation:")
+        for degrees in (45, 90, 180):
+            mine, theirs = turns[f"Rotate{degrees}"], pillow[f"bilinear rotation {degrees}"]
+            slower += mine > theirs
+            verdict = "ok" if mine <= theirs else "OVER"
+            print(f"rotate {degrees:3}     {mine:8.1f} ms   Pillow {theirs:8.1f} ms   ratio {mine / theirs:5.2f} {verdict}")
     return 1 if slower else 0
 
 

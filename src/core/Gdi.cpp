@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <utility>
@@ -78,6 +79,12 @@ using RopRow = void (*)(QRgb* dst, const QRgb* src, int n, QRgb brush);
 
 template <unsigned Index> void ropRow(QRgb* dst, const QRgb* src, int n, QRgb brush)
 {
+    if constexpr (Index == (SRCCOPY >> 16)) {
+        // The pixels of an RGB32 picture are opaque already: the plain copy is the
+        // library's block move, the fastest there is for every undo step.
+        std::memmove(dst, src, size_t(n) * sizeof(QRgb));
+        return;
+    }
     for (int i = 0; i < n; ++i) {
         if constexpr (ropUsesSource(Index))
             dst[i] = rop3<Index>(brush, src[i], dst[i]);

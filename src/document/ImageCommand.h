@@ -24,10 +24,10 @@
 //     ImageCommand command(host, {.name = "Brightness"});
 //     if (!command)
 //         return;
-//     frmBrightContrast dialog(command.target(), parent);
+//     frmBrightContrast dialog(command.target().Image(), true, parent);
 //     if (dialog.exec() != QDialog::Accepted)
 //         return; // no undo step, nothing changed
-//     command.run([&](ImageCommand& c) { c.target().setImage(dialog.result()); });
+//     command.run([&](ImageCommand& c) { c.target().setImage(dialog.adjustedPicture()); });
 
 #include "core/Progress.h"
 #include "core/Surface.h"

@@ -126,6 +126,27 @@ public:
     // Makes an operation available to the panels' buttons of that name.
     void registerOperation(const QString& name, const std::function<void()>& handler);
 
+    // Canvas: size, rotation, flips, erase, invert, brightness and contrast. On the
+    // floating selection while one shows, except Image Size and Erase Image, which drop
+    // it and work on the whole picture.
+    void ImageSize_Click();
+    // The resize behind Image Size's OK, undone by Undo Resize. A size the memory can't
+    // hold is refused with a message and the picture stays as it was. True when resized.
+    bool ResizeImage(qint64 width, qint64 height);
+    // 0, 1, 2: 45, 90 and 180 degrees; 4: "Define angle..." (frmRotate).
+    void mnurotates_Click(int index);
+    void FlipHorizontal_Click();
+    void FlipVertical_Click();
+    // 0 white, 1 black, 2 the background colour.
+    void EraseImage_Click(int index);
+    void InvertImage_Click();
+    // The brightness and contrast dialog: 0 brightness, 1 contrast.
+    void mnuImgeffects_Click(int index);
+    void mnuBright_Click() { mnuImgeffects_Click(0); }
+    void mnuDark_Click() { mnuImgeffects_Click(1); }
+    // The divisor of frmRotate's last angle (-1 after Cancel), kept while the program runs.
+    int RotateDivisor = 0;
+
     // Files.
     void Save_Click();
     void SaveAs_Click();

@@ -90,18 +90,18 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuImgPaste, -1, M::Image, "mnuImgPaste", "Paste", R::Clipboard, &F::Paste_Click, kContextOnly},
     {M::mnugrabmask, -1, M::Image, "mnugrabmask", "Grab Selection/mask", R::Selection, &F::mnugrabmask_Click, kShowWithRule},
     sep(M::split038, M::Image, "split038", kContextOnly),
-    {M::FlipHorizontal, -1, M::Image, "FlipHorizontal", "Flip &Horizontal"},
-    {M::FlipVertical, -1, M::Image, "FlipVertical", "Flip &Vertical"},
+    {M::FlipHorizontal, -1, M::Image, "FlipHorizontal", "Flip &Horizontal", R::Document, &F::FlipHorizontal_Click},
+    {M::FlipVertical, -1, M::Image, "FlipVertical", "Flip &Vertical", R::Document, &F::FlipVertical_Click},
     sub(M::mnurotate, M::Image, "mnurotate", "Rotate"),
-    {M::mnurotates, 0, M::mnurotate, "mnurotates", "45 degrees"},
-    {M::mnurotates, 1, M::mnurotate, "mnurotates", "90 degrees"},
-    {M::mnurotates, 2, M::mnurotate, "mnurotates", "180 degrees"},
+    {M::mnurotates, 0, M::mnurotate, "mnurotates", "45 degrees", R::Document, &F::mnurotates_Click},
+    {M::mnurotates, 1, M::mnurotate, "mnurotates", "90 degrees", R::Document, &F::mnurotates_Click},
+    {M::mnurotates, 2, M::mnurotate, "mnurotates", "180 degrees", R::Document, &F::mnurotates_Click},
     sep(M::mnurotates, M::mnurotate, "mnurotates", 0, 3),
-    {M::mnurotates, 4, M::mnurotate, "mnurotates", "Define angle..."},
+    {M::mnurotates, 4, M::mnurotate, "mnurotates", "Define angle...", R::Document, &F::mnurotates_Click},
     sep(M::split050, M::Image, "split050"),
     {M::mnuDoBright, -1, M::Image, "mnuDoBright", "Brighten by 10%", R::Document, &F::mnuDoBright_Click},
     {M::mnuDoDark, -1, M::Image, "mnuDoDark", "Darken by 10%", R::Document, &F::mnuDoDark_Click},
-    {M::InvertImage, -1, M::Image, "InvertImage", "&Invert Image"},
+    {M::InvertImage, -1, M::Image, "InvertImage", "&Invert Image", R::Document, &F::InvertImage_Click},
     {M::mnugrayscale, -1, M::Image, "mnugrayscale", "Convert to Grayscale", R::Document, &F::mnugrayscale_Click},
     sep(M::split052, M::Image, "split052", kEasyHidden),
     {M::mnuBlendIt, -1, M::Image, "mnuBlendIt", "Blend Selection...", R::Selection, {}, kEasyHidden},
@@ -112,14 +112,14 @@ constexpr MenuRow kMenuRows[] = {
     {M::mnuBorders, -1, M::Image, "mnuBorders", "Borders...", R::Document, {}, kContextOnly},
     sep(M::split039, M::Image, "split039", kContextOnly),
     sub(M::mnuimageeffect, M::Image, "mnuimageeffect", "Brightness and Contrast", kContextOnly),
-    {M::mnuImgeffects, 0, M::mnuimageeffect, "mnuImgeffects", "Brightness"},
-    {M::mnuImgeffects, 1, M::mnuimageeffect, "mnuImgeffects", "Contrast"},
+    {M::mnuImgeffects, 0, M::mnuimageeffect, "mnuImgeffects", "Brightness", R::Document, &F::mnuImgeffects_Click},
+    {M::mnuImgeffects, 1, M::mnuimageeffect, "mnuImgeffects", "Contrast", R::Document, &F::mnuImgeffects_Click},
     sep(M::split051, M::Image, "split051"),
-    {M::ImageSize, -1, M::Image, "ImageSize", "&Resize..."},
+    {M::ImageSize, -1, M::Image, "ImageSize", "&Resize...", R::Document, &F::ImageSize_Click},
     sub(M::mnuEraseImage, M::Image, "mnuEraseImage", "Erase Image"),
-    {M::EraseImage, 0, M::mnuEraseImage, "EraseImage", "White"},
-    {M::EraseImage, 1, M::mnuEraseImage, "EraseImage", "Black"},
-    {M::EraseImage, 2, M::mnuEraseImage, "EraseImage", "Current background color"},
+    {M::EraseImage, 0, M::mnuEraseImage, "EraseImage", "White", R::Document, &F::EraseImage_Click},
+    {M::EraseImage, 1, M::mnuEraseImage, "EraseImage", "Black", R::Document, &F::EraseImage_Click},
+    {M::EraseImage, 2, M::mnuEraseImage, "EraseImage", "Current background color", R::Document, &F::EraseImage_Click},
 
     top(M::mnuTools, "mnuTools", "&Tools", R::Document),
     {M::mnuBezier, -1, M::mnuTools, "mnuBezier", "Advanced &Bezier Curves...", R::Document, {}, kEasyHidden},
@@ -127,8 +127,8 @@ constexpr MenuRow kMenuRows[] = {
     sep(M::niks052, M::mnuTools, "niks052", kEasyHidden),
     {M::mnudetailedit, -1, M::mnuTools, "mnudetailedit", "Detailed Editing"},
     {M::mnucolordepth, -1, M::mnuTools, "mnucolordepth", "Color Depth and Dither Control...", R::Document, {}, kEasyHidden},
-    {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness..."},
-    {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast..."},
+    {M::mnuBright, -1, M::mnuTools, "mnuBright", "Adjust Brightness...", R::Document, &F::mnuBright_Click},
+    {M::mnuDark, -1, M::mnuTools, "mnuDark", "Adjust Contrast...", R::Document, &F::mnuDark_Click},
     sep(M::niks036, M::mnuTools, "niks036", kEasyHidden),
     {M::mnusymbols, 0, M::mnuTools, "mnusymbols", "Symbols && Stamps..."},
     sep(M::mnusymbols, M::mnuTools, "mnusymbols", 0, 1),
@@ -263,12 +263,12 @@ constexpr ToolbarRow kToolbarRows[] = {
     {R::Document, {}, true},                    // 8 "picture frames"
     {R::Document, &F::mnuEffectBrowser_Click, true}, // 9 "Effects Browser"
     {R::Document, &F::mnugrayscale_Click, true}, // 10 "Gray scale image"
-    {R::Document, {}, true},                    // 11 "Size image"
-    {R::Document, {}, true},                    // 12 "flip horizontal"
-    {R::Document, {}, true},                    // 13 "flip vertical"
+    {R::Document, &F::ImageSize_Click, true},   // 11 "Size image"
+    {R::Document, &F::FlipHorizontal_Click, true}, // 12 "flip horizontal"
+    {R::Document, &F::FlipVertical_Click, true}, // 13 "flip vertical"
     {R::Document, &F::mnuDoBright_Click, true}, // 14 "brighten image 10%"
     {R::Document, &F::mnuDoDark_Click, true},   // 15 "darken image 10%"
-    {R::Document, {}, true},                    // 16 "Invert image"
+    {R::Document, &F::InvertImage_Click, true}, // 16 "Invert image"
     {R::Document, &F::RevertSavedAndRecord},    // 17 "undo to last saved"
     {R::Document, {}, true},                    // 18 "Fill image or selection with textures"
     {R::Document, {}, true},                    // 19 "Blend"
