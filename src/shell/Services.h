@@ -4,6 +4,10 @@
 
 #include <QString>
 
+#include <functional>
+
+class QUrl;
+
 namespace velunta {
 
 class FileDialogs;
@@ -21,6 +25,9 @@ struct Services {
     // The offer of unsaved pictures that an earlier run left behind. Without it (the
     // tests that don't ask for it) no picture is kept against a crash.
     RecoveryPrompt* recovery = nullptr;
+    // Opens a web or mail address or a local page in the desktop's program for it. Empty:
+    // the desktop's own choice (QDesktopServices). Tests keep what would have opened.
+    std::function<void(const QUrl&)> openUrl = {};
 };
 
 } // namespace velunta

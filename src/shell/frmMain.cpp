@@ -12,6 +12,7 @@
 #include "shell/frmSplashh.h"
 #include "tools/PointerPipeline.h"
 #include "tools/frmControls.h"
+#include "update/UpdateCheck.h"
 #include "widgets/Icons.h"
 
 #include <QApplication>
@@ -254,6 +255,10 @@ void frmMain::Load(const QString& commandLine, const std::function<void(const QS
         SaveSettings(true);
     });
     StartRecovery();
+    // The update check comes last and after the window shows: it answers in the
+    // background, so the start never waits for the network.
+    if (action(MenuId::mnuhelp, 7)->isChecked())
+        QTimer::singleShot(0, this, [this] { guarded("CheckNewVersion", [&] { CheckForUpdates(false); }); });
 }
 
 frmPaint* frmMain::activeDocument() const

@@ -39,6 +39,7 @@ namespace velunta {
 class ColorStrip;
 class ExternalEffect;
 class FrmSymbols;
+class UpdateCheck;
 class RecoveryStore;
 class RecoveryWriter;
 struct RecoverySource;
@@ -221,8 +222,15 @@ public:
     void ArrHorizontal_Click();
     void ArrVertival_Click();
     void Cascade_Click();
-    // The Help menu's entries, by index (9: About).
+    // Help (frmMain_Help.cpp): mnuhelp(0) the manual, (1) a mail to the makers, (3) the
+    // update check the user asks for, (4) the support group, (7) the automatic check at
+    // start-up on or off, (9) About.
     void mnuhelp_Click(int index);
+    // The new-version check; `verbose` when the user asked for it.
+    void CheckForUpdates(bool verbose);
+    UpdateCheck* updateCheck() const { return m_updateCheck.get(); }
+    // Opens an address (web, mailto: or a local page) through the desktop.
+    void OpenAddress(const QUrl& url);
     void ApplyGridSettings(const GridSettings& settings);
     void TestDoEvents();
 
@@ -527,6 +535,8 @@ private:
     QList<QAction*> m_plugins; // mnuextraplugins(5) on; (4) is a row of the table
     // Effects: what the Effects Browser keeps between two openings.
     std::shared_ptr<EffectsBrowserMemory> m_effectsBrowser;
+    // Help: the update check, made on its first use.
+    std::unique_ptr<UpdateCheck> m_updateCheck;
 };
 
 } // namespace velunta

@@ -247,13 +247,13 @@ constexpr MenuRow kMenuRows[] = {
     sep(M::split046, M::Window, "split046"),
 
     top(M::Help, "Help", "&Help", R::Always),
-    {M::mnuhelp, 0, M::Help, "mnuhelp", "Manual", R::Always},
-    {M::mnuhelp, 1, M::Help, "mnuhelp", "Mail Velunta...", R::Always},
+    {M::mnuhelp, 0, M::Help, "mnuhelp", "Manual", R::Always, &F::mnuhelp_Click},
+    {M::mnuhelp, 1, M::Help, "mnuhelp", "Mail Velunta...", R::Always, &F::mnuhelp_Click},
     sep(M::mnuhelp, M::Help, "mnuhelp", 0, 2),
-    {M::mnuhelp, 3, M::Help, "mnuhelp", "Check for Velunta free updates and effects...", R::Always},
-    {M::mnuhelp, 4, M::Help, "mnuhelp", "Zolvane Discussion and Support group...", R::Always},
+    {M::mnuhelp, 3, M::Help, "mnuhelp", "Check for Velunta free updates and effects...", R::Always, &F::mnuhelp_Click},
+    {M::mnuhelp, 4, M::Help, "mnuhelp", "Zolvane Discussion and Support group...", R::Always, &F::mnuhelp_Click},
     sep(M::mnuhelp, M::Help, "mnuhelp", 0, 5),
-    {M::mnuhelp, 7, M::Help, "mnuhelp", "Automatically Check for Updates", R::Always, {}, kCheckable},
+    {M::mnuhelp, 7, M::Help, "mnuhelp", "Automatically Check for Updates", R::Always, &F::mnuhelp_Click, kCheckable},
     sep(M::mnuhelp, M::Help, "mnuhelp", 0, 8),
     {M::mnuhelp, 9, M::Help, "mnuhelp", "&About Velunta...", R::Always, &F::mnuhelp_Click},
 };

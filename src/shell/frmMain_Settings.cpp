@@ -153,7 +153,8 @@ void frmMain::GetSettings(bool drawPart)
         // The open and save dialogs start where the user last chose a file.
         m_services.dialogs.StartFolder = get("LastFolder", QString());
         NoURLupdate = get("NoURLupdate", QString());
-        action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate.isEmpty());
+        // Empty (never chosen) and "No" both want the check.
+        action(MenuId::mnuhelp, 7)->setChecked(NoURLupdate != QLatin1String("Yes"));
     } else {
         const QString font = Trim(get("TextFont", QStringLiteral("Arial")));
         if (!font.isEmpty())

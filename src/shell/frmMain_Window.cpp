@@ -1,10 +1,8 @@
-// The Window menu and the Help menu.
+// The Window menu.
 
 #include "shell/frmMain.h"
 
-#include "core/Prompt.h"
 #include "document/frmPaint.h"
-#include "shell/Services.h"
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -111,16 +109,6 @@ void frmMain::refreshWindowList()
                 m_mdi->setActiveSubWindow(sw);
         });
     }
-}
-
-void frmMain::mnuhelp_Click(int index)
-{
-    if (index == 9)
-        m_services.prompt.MsgBox(
-            tr("Velunta %1\n\nA paint program for beginners, children and hobby painters.\n\n"
-               "Zolvane")
-                .arg(QStringLiteral(VELUNTA_VERSION)),
-            vbInformation, tr("About Velunta"));
 }
 
 } // namespace velunta

@@ -39,7 +39,8 @@ prefix=$tmp/prefix
 id=com.zolvane.Velunta
 fail() { echo "FAIL: $*"; exit 1; }
 for f in bin/velunta share/applications/$id.desktop share/metainfo/$id.metainfo.xml \
-         share/icons/hicolor/scalable/apps/$id.svg share/velunta/velunta-data.txt; do
+         share/icons/hicolor/scalable/apps/$id.svg share/velunta/velunta-data.txt \
+         share/velunta/manual/index.html share/velunta/manual/images/main-window.png; do
   [ -e "$prefix/$f" ] || fail "$f is not installed"
 done
 for size in 16 22 24 32 48 64 128 256 512; do

@@ -31,6 +31,7 @@ MainWindowFixture::MainWindowFixture(bool fresh, RecoveryPrompt* recovery, const
         QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta")).clear();
     m_settings = std::make_unique<SettingsStore>();
     m_services = std::make_unique<Services>(Services{prompt, dialogs, *m_settings, folder, false, recovery});
+    m_services->openUrl = [this](const QUrl& url) { openedUrls << url; };
     m_main = std::make_unique<frmMain>(*m_services);
     m_main->resize(1000, 700);
     m_main->show();

@@ -8,6 +8,7 @@
 #include "support/FakeServices.h"
 
 #include <QTemporaryDir>
+#include <QUrl>
 
 #include <memory>
 
@@ -32,6 +33,8 @@ public:
     frmMain& main() { return *m_main; }
     ScriptedPrompt prompt;
     ScriptedDialogs dialogs;
+    // The addresses the window would have opened in the desktop's browser or mail program.
+    QList<QUrl> openedUrls;
     QString appFolder() const { return m_services->AppFolder; }
 
     // A new white document of w x h pixels, active.
