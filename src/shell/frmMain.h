@@ -386,6 +386,8 @@ public:
     // ToolHost
     void StrokeEnded() override { m_undo.UndoSuppressed = false; }
     void SetUndoEnabled(bool enabled) override;
+    // Undo has somewhere to go in the active way of undoing (the ring or the history).
+    bool undoAvailable(frmPaint& form, bool resizePending);
     bool UndoEnabled() const override;
     void Undo_Click() override;
     void SelectTool(int tool) override;

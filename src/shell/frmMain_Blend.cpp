@@ -45,8 +45,8 @@ bool SelectForBlend(Document& doc, QSize size, Color background)
     }
     doc.SelectArea.Move(left * z / 100, top * z / 100, w * z / 100, h * z / 100);
     doc.SelectArea.Visible = true;
-    doc.SelectionViewX = I2(doc.SelectArea.Left);
-    doc.SelectionViewY = I2(doc.SelectArea.Top);
+    doc.LastSelectionLeft = I2(doc.SelectArea.Left);
+    doc.LastSelectionTop = I2(doc.SelectArea.Top);
     doc.SelectionLifted = true;
     doc.FloatOriginal = QImage();
     doc.invalidateView();

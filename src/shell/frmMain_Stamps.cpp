@@ -49,13 +49,6 @@ void frmMain::mnusymbols_Click(int index)
                     return;
                 Cmd_Click(kToolPointer);
                 Paste_Click();
-                // The drag of the pointer tool starts from the last anchored place of a
-                // selection, which a paste leaves where the previous stamp was put down:
-                // the new stamp is the anchor now, or it would jump at the first move.
-                if (frmPaint* form = activeDocument(); form && form->doc.SelectArea.Visible) {
-                    m_state.LastSelectionLeft = I2(form->doc.SelectArea.Left);
-                    m_state.LastSelectionTop = I2(form->doc.SelectArea.Top);
-                }
             });
         });
         // The stamps show on the paper colour, which the colour strip may change.

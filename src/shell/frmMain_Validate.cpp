@@ -2,6 +2,7 @@
 
 #include "shell/frmMain.h"
 
+#include "document/StepHistory.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
 #include "tools/frmControls.h"
@@ -76,7 +77,7 @@ void frmMain::ValidateMenus()
         state.selection = form->doc.SelectArea.Visible;
         state.clipboard = clip && clip->hasImage();
         state.undoFile = QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp"));
-        state.undoRing = m_undoEnabled && somethingToUndo(form->doc, state.undoFile);
+        state.undoRing = m_undoEnabled && undoAvailable(*form, state.undoFile);
     }
     state.anyDocument = !documents().isEmpty();
     const std::span<const MenuRow> rows = MenuRows();
@@ -105,11 +106,19 @@ void frmMain::ValidateMenus()
 void frmMain::SetUndoEnabled(bool enabled)
 {
     m_undoEnabled = enabled;
-    const frmPaint* form = activeDocument();
-    const bool on = enabled && form && somethingToUndo(form->doc, action(MenuId::UndoResize)->isEnabled());
+    frmPaint* form = activeDocument();
+    const bool on = enabled && form && undoAvailable(*form, action(MenuId::UndoResize)->isEnabled());
     enable(MenuId::Undo, on);
     enable(MenuId::mnuImgUndo, on);
     enableCommand(7, on);
+}
+
+bool frmMain::undoAvailable(frmPaint& form, bool resizePending)
+{
+    // Step by step, the history holds the steps; the ring's slots stay empty.
+    if (StepUndoOn())
+        return resizePending || stepHistory(form).states() > 0;
+    return somethingToUndo(form.doc, resizePending);
 }
 
 bool frmMain::UndoEnabled() const

@@ -77,6 +77,8 @@ private Q_SLOTS:
             {"GridY", "10"},
             {"SnapToGrid", "False"},
             {"NoURLupdate", ""},
+            {"StepUndo", "False"},
+            {"UseCounter", "2"},
         };
         const int options[16] = {50, 75, 6, 10, 2, 1, 1, 12, 6, 1, 10, 75, 6, 3, 10, 6};
         for (int i = 0; i < 16; ++i)
