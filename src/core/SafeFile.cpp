@@ -1,5 +1,6 @@
 #include "core/SafeFile.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -33,7 +34,7 @@ bool WriteFileSafely(const QString& path, const QByteArray& bytes, QString* reas
         failure = file.errorString();
     file.cancelWriting();
     if (reason)
-        *reason = failure.isEmpty() ? QStringLiteral("Unknown error") : failure;
+        *reason = failure.isEmpty() ? QCoreApplication::translate("PictureFiles", "Unknown error") : failure;
     return false;
 }
 

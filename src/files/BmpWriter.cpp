@@ -3,6 +3,7 @@
 #include "files/PixelRows.h"
 #include "files/SaveTarget.h"
 
+#include <QCoreApplication>
 #include <QtEndian>
 
 #include <vector>
@@ -26,7 +27,7 @@ bool SaveBMP(const QImage& image, const QString& path, WriteFailure* failure)
 {
     SaveTarget target(path);
     if (image.isNull()) {
-        target.fail(QStringLiteral("The picture is empty"));
+        target.fail(QCoreApplication::translate("PictureFiles", "The picture is empty"));
         return target.report(failure);
     }
     const int width = image.width();
@@ -35,7 +36,7 @@ bool SaveBMP(const QImage& image, const QString& path, WriteFailure* failure)
     const qint64 imageBytes = stride * height;
     const qint64 fileBytes = kFileHeaderSize + kInfoHeaderSize + imageBytes;
     if (fileBytes > 0xFFFFFFFFll) {
-        target.fail(QStringLiteral("The picture is too large for a BMP file"));
+        target.fail(QCoreApplication::translate("PictureFiles", "The picture is too large for a BMP file"));
         return target.report(failure);
     }
     if (!target.open())

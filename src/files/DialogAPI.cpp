@@ -2,6 +2,7 @@
 
 #include "core/Prompt.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace velunta {
@@ -32,11 +33,11 @@ QString SaveFilter(const QString& selector)
     if (selector.isEmpty())
         return QString::fromLatin1(kStandardFilter);
     if (selector == QLatin1String("GIF"))
-        return QStringLiteral("GIF Files (*.gif);;All Files (*)");
+        return QCoreApplication::translate("PictureFiles", "GIF Files (*.gif);;All Files (*)");
     if (selector == QLatin1String("JPG"))
-        return QStringLiteral("JPG Files (*.jpg *.jpeg);;All Files (*)");
+        return QCoreApplication::translate("PictureFiles", "JPG Files (*.jpg *.jpeg);;All Files (*)");
     if (selector == QLatin1String("BMP"))
-        return QStringLiteral("BMP Files (*.bmp);;All Files (*)");
+        return QCoreApplication::translate("PictureFiles", "BMP Files (*.bmp);;All Files (*)");
     return selector;
 }
 

@@ -3,6 +3,7 @@
 #include "files/PixelRows.h"
 #include "files/SaveTarget.h"
 
+#include <QCoreApplication>
 #include <QtEndian>
 
 namespace velunta {
@@ -52,15 +53,16 @@ bool GIF::SaveGIF(const QImage& image, const QString& fileName, bool useTranspar
 {
     SaveTarget target(fileName);
     if (Busy) {
-        target.fail(QStringLiteral("A GIF is being written already"));
+        target.fail(QCoreApplication::translate("PictureFiles", "A GIF is being written already"));
         return target.report(failure);
     }
     if (image.isNull()) {
-        target.fail(QStringLiteral("The picture is empty"));
+        target.fail(QCoreApplication::translate("PictureFiles", "The picture is empty"));
         return target.report(failure);
     }
     if (image.width() > kMaxSide || image.height() > kMaxSide) {
-        target.fail(QStringLiteral("A GIF picture can't be larger than 65535 x 65535 pixels"));
+        target.fail(QCoreApplication::translate("PictureFiles",
+                                                "A GIF picture can't be larger than 65535 x 65535 pixels"));
         return target.report(failure);
     }
     Busy = true;

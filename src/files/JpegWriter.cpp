@@ -4,6 +4,8 @@
 #include "files/PixelRows.h"
 #include "files/SaveTarget.h"
 
+#include <QCoreApplication>
+
 #include <memory>
 
 namespace velunta {
@@ -94,11 +96,12 @@ bool writeJpeg(const RowSource& source, const QString& fileName, int quality, Wr
 {
     SaveTarget target(fileName);
     if (!source.top || source.width <= 0 || source.height <= 0) {
-        target.fail(QStringLiteral("The picture is empty"));
+        target.fail(QCoreApplication::translate("PictureFiles", "The picture is empty"));
         return target.report(failure);
     }
     if (source.width > kMaxJpegSide || source.height > kMaxJpegSide) {
-        target.fail(QStringLiteral("A JPEG picture can't be larger than 65500 x 65500 pixels"));
+        target.fail(QCoreApplication::translate("PictureFiles",
+                                                "A JPEG picture can't be larger than 65500 x 65500 pixels"));
         return target.report(failure);
     }
     if (quality <= 0)

@@ -2,6 +2,7 @@
 
 #include "files/SaveTarget.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QtEndian>
 
@@ -68,7 +69,7 @@ bool WriteRecoveryFile(const QString& file, const RecoveryHeader& header, const 
         return !target.failed();
     };
     if (pixels.isNull() || pixels.format() != QImage::Format_RGB32) {
-        target.fail(QStringLiteral("The picture is empty"));
+        target.fail(QCoreApplication::translate("PictureFiles", "The picture is empty"));
         return finish();
     }
     const QByteArray name = header.name.toUtf8().left(65536);

@@ -63,11 +63,11 @@ bool RecoveryStore::open(QString* reason)
     const QString folder = m_folder + name;
     QString failure;
     if (!QDir().mkpath(m_folder)) {
-        failure = QStringLiteral("The folder %1 can't be created").arg(m_folder);
+        failure = QCoreApplication::translate("PictureFiles", "The folder %1 can't be created").arg(m_folder);
     } else if (auto lock = lockSession(folder); !lock) {
-        failure = QStringLiteral("The folder %1 can't be written").arg(m_folder);
+        failure = QCoreApplication::translate("PictureFiles", "The folder %1 can't be written").arg(m_folder);
     } else if (!QDir().mkdir(folder)) {
-        failure = QStringLiteral("The folder %1 can't be created").arg(folder);
+        failure = QCoreApplication::translate("PictureFiles", "The folder %1 can't be created").arg(folder);
     } else {
         m_lock = std::move(lock);
         m_session = folder + u'/';

@@ -2,6 +2,7 @@
 
 #include "core/SafeFile.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -47,7 +48,7 @@ SaveTarget::~SaveTarget()
 bool SaveTarget::open()
 {
     if (m_file.fileName().isEmpty()) {
-        fail(QStringLiteral("No file name"), WriteError::PathNotFound);
+        fail(QCoreApplication::translate("PictureFiles", "No file name"), WriteError::PathNotFound);
         return false;
     }
     // Unbuffered: QSaveFile misses a failure of its own buffer's last write at the
@@ -139,7 +140,8 @@ void SaveTarget::fail(const QString& reason, WriteError error)
 {
     if (!failed()) {
         m_failed.error = error == WriteError::None ? WriteError::Refused : error;
-        m_failed.reason = reason.isEmpty() ? QStringLiteral("Unknown error") : reason;
+        m_failed.reason =
+            reason.isEmpty() ? QCoreApplication::translate("PictureFiles", "Unknown error") : reason;
     }
 }
 

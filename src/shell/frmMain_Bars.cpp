@@ -24,55 +24,56 @@ namespace velunta {
 namespace {
 
 // The toolbar's tooltips by index; the cut button has none of its own.
-const char* const kCommandTips[23] = {"New image",
-                                      "Open",
-                                      "Save",
-                                      "copy",
-                                      "",
-                                      "Print",
-                                      "paste",
-                                      "undo/redo",
-                                      "picture frames",
-                                      "Effects Browser",
-                                      "Gray scale image",
-                                      "Size image",
-                                      "flip horizontal",
-                                      "flip vertical",
-                                      "brighten image 10%",
-                                      "darken image 10%",
-                                      "Invert image",
-                                      "undo to last saved",
-                                      "Fill image or selection with textures",
-                                      "Blend",
-                                      "Borders",
-                                      "Draw Advanced Bezier Curves",
-                                      "Draw Advanced Polygons"};
+const char* const kCommandTips[23] = {
+    QT_TRANSLATE_NOOP("velunta::frmMain", "New image"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Open"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Save"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "copy"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", ""),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Print"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "paste"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "undo/redo"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "picture frames"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Effects Browser"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Gray scale image"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Size image"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "flip horizontal"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "flip vertical"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "brighten image 10%"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "darken image 10%"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Invert image"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "undo to last saved"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Fill image or selection with textures"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Blend"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Borders"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Draw Advanced Bezier Curves"),
+    QT_TRANSLATE_NOOP("velunta::frmMain", "Draw Advanced Polygons")};
 
 // The order of the toolbar: command indexes, with -1 - n for separator Image1(n).
 const int kCommandOrder[] = {0,  1,  2,  -1, 5,  -2, 3,  4,  6,  -3, 7,  17, -5,  -4, 8,  -6,  9,  18,
                              19, -7, 10, 14, 15, 16, -8, 11, 12, 13, -9, 20, -10, 21, 22, -11, -12};
 
 // Names of the tools as the tool strip shows them.
-const char* const kToolTips[20] = {"Cursor/pointer (C)",
-                                   "Pencil/Eraser (P)",
-                                   "Zoom (Z)",
-                                   "Fill (F)",
-                                   "Gradients (G)",
-                                   "Select Area (M)",
-                                   "Airbrush (A)",
-                                   "Crop (O)",
-                                   "Color picker (Y)",
-                                   "Rectangles (B)",
-                                   "Circles/Bezier (E)",
-                                   "Brighten (+)",
-                                   "Text (T)",
-                                   "Blur/Soften (S)",
-                                   "Lines/Polygons (L)",
-                                   "Darken (-)",
-                                   "3D rectangles (3)",
-                                   "Color replacer",
-                                   "Dissolve Colors (D)",
-                                   "Enhance Colors"};
+const char* const kToolTips[20] = {QT_TRANSLATE_NOOP("velunta::frmMain", "Cursor/pointer (C)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Pencil/Eraser (P)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Zoom (Z)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Fill (F)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Gradients (G)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Select Area (M)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Airbrush (A)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Crop (O)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Color picker (Y)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Rectangles (B)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Circles/Bezier (E)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Brighten (+)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Text (T)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Blur/Soften (S)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Lines/Polygons (L)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Darken (-)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "3D rectangles (3)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Color replacer"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Dissolve Colors (D)"),
+                                   QT_TRANSLATE_NOOP("velunta::frmMain", "Enhance Colors")};
 
 // Where each tool stands in the two columns of the strip (row, column).
 const int kToolPlace[kToolCount][2] = {{0, 0}, {2, 0}, {4, 1}, {3, 0}, {3, 1}, {0, 1}, {2, 1},
@@ -103,8 +104,7 @@ void frmMain::buildCommandBar()
         b->setPictureSize(1);
         b->setPictureAlign(4);
         b->setFixedSize(32, 32);
-        b->setToolTip(QString::fromLatin1(kCommandTips[i]).isEmpty() ? tr("cut")
-                                                                     : QString::fromLatin1(kCommandTips[i]));
+        b->setToolTip(QString::fromLatin1(kCommandTips[i]).isEmpty() ? tr("cut") : tr(kCommandTips[i]));
         b->setEnabled(false);
         m_commands[i] = b;
     }
@@ -182,7 +182,7 @@ void frmMain::buildToolStrip()
         b->setPictureAlign(4);
         b->setFixedSize(36, 36);
         b->setMode(1);
-        b->setToolTip(QString::fromLatin1(kToolTips[i]));
+        b->setToolTip(tr(kToolTips[i]));
         // The button shows pressed only through SelectTool.
         connect(b, &zolButton::Click, this, [this, b, i] {
             b->setValue(m_state.CurrentTool == i);

@@ -7,6 +7,7 @@
 #include "core/Faults.h"
 #include "document/frmPaint.h"
 
+#include <QCoreApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolButton>
@@ -36,7 +37,7 @@ void frmMain::buildMenus()
     for (size_t i = 0; i < rows.size(); ++i) {
         const MenuRow& row = rows[i];
         const QString name = rowName(row);
-        const QString caption = row.caption ? QString::fromLatin1(row.caption) : QString();
+        const QString caption = row.caption ? QCoreApplication::translate("Menu", row.caption) : QString();
         QAction* a = nullptr;
         if (row.kind == MenuKind::Submenu) {
             QMenu* m = row.menu == MenuId::None ? menuBar()->addMenu(caption)

@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -38,17 +39,29 @@ const char* const kStripStyle =
 
 QString PanelCaption(int tool)
 {
-    static const char* const kCaptions[20] = {"Cursor",        "Pencil",
-                                              "Zoom",          "Fill",
-                                              "Gradient",      "Area Selection",
-                                              "Air Brush",     "Crop Image",
-                                              "Color Picker",  "Rectangle",
-                                              "Circles",       "Brighten Brush",
-                                              "Text",          "Blur/Soften Brush",
-                                              "Lines",         "Darken Brush",
-                                              "3D Rectangles", "Color replacer",
-                                              "Dissolve",      "Enhance"};
-    return tool >= 0 && tool < kToolCount ? QString::fromLatin1(kCaptions[tool]) : QString();
+    static const char* const kCaptions[20] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Cursor"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Pencil"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Zoom"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Fill"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Gradient"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Area Selection"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Air Brush"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Crop Image"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Color Picker"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Rectangle"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Circles"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Brighten Brush"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Text"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Blur/Soften Brush"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Lines"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Darken Brush"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "3D Rectangles"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Color replacer"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve"),
+                                              QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance")};
+    return tool >= 0 && tool < kToolCount
+               ? QCoreApplication::translate("velunta::frmControls", kCaptions[tool])
+               : QString();
 }
 
 frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m_state(state)

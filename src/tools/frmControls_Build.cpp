@@ -21,45 +21,58 @@ namespace velunta {
 namespace {
 
 // What each selector sets, for its tooltip.
-const char* const kSelectorTips[16] = {"Airbrush pressure",
-                                       "Brighten pressure",
-                                       "Airbrush size",
-                                       "Brighten brush size",
-                                       "Pencil size",
-                                       "Border size of rectangles",
-                                       "Border size of circles",
-                                       "Text size",
-                                       "Blur brush size",
-                                       "Line width",
-                                       "Darken brush size",
-                                       "Darken pressure",
-                                       "Dissolve brush size",
-                                       "Dissolve intensity",
-                                       "Enhance intensity",
-                                       "Enhance brush size"};
+const char* const kSelectorTips[16] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Airbrush pressure"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Brighten pressure"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Airbrush size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Brighten brush size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Pencil size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Border size of rectangles"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Border size of circles"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Text size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Blur brush size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Line width"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Darken brush size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Darken pressure"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve brush size"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve intensity"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance intensity"),
+                                       QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance brush size")};
 
-const char* const kPencilTips[11] = {"Freehand one color",
-                                     "Freehand deep red colormix",
-                                     "Freehand deep green colormix",
-                                     "Freehand deept blue colormix",
-                                     "Freehand rainbow colormix",
-                                     "Freehand blue pastel colormix",
-                                     "Freehand pink pastel colormix",
-                                     "Freehand yellow pastel colormix",
-                                     "Freehand gray colormix",
-                                     "Freehand user selected colormix",
-                                     "Freehand dots donuts"};
-const char* const kRectTips[6] = {"Border Only",
-                                  "Border and Fill",
-                                  "Fill Only",
-                                  "Border Only, round corners",
-                                  "Border and Fill, round corners",
-                                  "Fill Only, round corners"};
-const char* const kEdgeTips[4] = {"3D Raised", "3D Inset", "3D Bump", "3D Etched"};
-const char* const kBrightTips[4] = {"Soft brush", "Hard brush", "Soft brush", "Hard brush"};
-const char* const kDissolveTips[4] = {"Dissolve reds", "Dissolve greens", "Dissolve blues", "All colors"};
-const char* const kArrowTips[2] = {"Straight Line", "Straight Arrow Line"};
-const char* const kEnhanceTips[3] = {"Enhance reds", "Enhance greens", "Enhance blues"};
+const char* const kPencilTips[11] = {
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand one color"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand deep red colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand deep green colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand deept blue colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand rainbow colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand blue pastel colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand pink pastel colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand yellow pastel colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand gray colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand user selected colormix"),
+    QT_TRANSLATE_NOOP("velunta::frmControls", "Freehand dots donuts")};
+const char* const kRectTips[6] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Border Only"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Border and Fill"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Fill Only"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Border Only, round corners"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Border and Fill, round corners"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Fill Only, round corners")};
+const char* const kEdgeTips[4] = {QT_TRANSLATE_NOOP("velunta::frmControls", "3D Raised"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "3D Inset"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "3D Bump"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "3D Etched")};
+const char* const kBrightTips[4] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Soft brush"),
+                                    QT_TRANSLATE_NOOP("velunta::frmControls", "Hard brush"),
+                                    QT_TRANSLATE_NOOP("velunta::frmControls", "Soft brush"),
+                                    QT_TRANSLATE_NOOP("velunta::frmControls", "Hard brush")};
+const char* const kDissolveTips[4] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve reds"),
+                                      QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve greens"),
+                                      QT_TRANSLATE_NOOP("velunta::frmControls", "Dissolve blues"),
+                                      QT_TRANSLATE_NOOP("velunta::frmControls", "All colors")};
+const char* const kArrowTips[2] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Straight Line"),
+                                   QT_TRANSLATE_NOOP("velunta::frmControls", "Straight Arrow Line")};
+const char* const kEnhanceTips[3] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance reds"),
+                                     QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance greens"),
+                                     QT_TRANSLATE_NOOP("velunta::frmControls", "Enhance blues")};
 
 QString Translated(const char* text)
 {

@@ -19,14 +19,14 @@ namespace velunta {
 
 namespace {
 
-const char* const kFillTips[8] = {"Solid",
-                                  "Transparent (fills nothing)",
-                                  "Horizontal lines",
-                                  "Vertical lines",
-                                  "Upward diagonal lines",
-                                  "Downward diagonal lines",
-                                  "Cross",
-                                  "Diagonal cross"};
+const char* const kFillTips[8] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Solid"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Transparent (fills nothing)"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Horizontal lines"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Vertical lines"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Upward diagonal lines"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Downward diagonal lines"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Cross"),
+                                  QT_TRANSLATE_NOOP("velunta::frmControls", "Diagonal cross")};
 
 } // namespace
 

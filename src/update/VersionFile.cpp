@@ -3,6 +3,7 @@
 #include "core/Numbers.h"
 #include "core/WebAddresses.h"
 
+#include <QCoreApplication>
 #include <QStringList>
 
 #include <cmath>
@@ -21,7 +22,7 @@ VersionFile ReadVersionFile(const QByteArray& bytes)
         file.number = int(number);
     file.title = lines.size() > 1 ? lines[1] : QString();
     if (file.title.size() < 2)
-        file.title = QStringLiteral("New version available");
+        file.title = QCoreApplication::translate("PictureFiles", "New version available");
     return file;
 }
 

@@ -1,5 +1,6 @@
 #include "files/outside/Metafile.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QPainter>
@@ -143,16 +144,20 @@ MetafilePicture ConvertMetafile(const QString& path, const std::function<bool(do
     const QByteArray head = file.read(kHeadBytes);
     file.close();
     const PictureFormat kind = DetectPictureFormat(head);
-    const QString what = kind == PictureFormat::Emf ? QStringLiteral("Enhanced Metafile (EMF)")
-                                                    : QStringLiteral("Windows Metafile (WMF)");
+    const QString what = kind == PictureFormat::Emf
+                             ? QCoreApplication::translate("PictureFiles", "Enhanced Metafile (EMF)")
+                             : QCoreApplication::translate("PictureFiles", "Windows Metafile (WMF)");
     if (!IsMetafile(kind))
-        return fail(MetafilePicture::Damaged, QStringLiteral("This is not a Windows Metafile."));
+        return fail(MetafilePicture::Damaged,
+                    QCoreApplication::translate("PictureFiles", "This is not a Windows Metafile."));
 
     const QString converter = FindOutsideProgram(MetafileConverter(kind));
     if (converter.isEmpty())
         return fail(MetafilePicture::ConverterMissing,
-                    QStringLiteral("This is a %1 drawing. Velunta opens it with the program %2, which is "
-                                   "not installed: please install the package \"%3\".")
+                    QCoreApplication::translate(
+                        "PictureFiles",
+                        "This is a %1 drawing. Velunta opens it with the program %2, which is "
+                        "not installed: please install the package \"%3\".")
                         .arg(what, MetafileConverter(kind), MetafileConverterPackage(kind)));
 
     QTemporaryDir work;
@@ -174,38 +179,48 @@ MetafilePicture ConvertMetafile(const QString& path, const std::function<bool(do
     case OutsideRun::NotStarted:
         return fail(
             MetafilePicture::ConverterMissing,
-            QStringLiteral("The converter %1 could not be started; please reinstall the package \"%2\".")
+            QCoreApplication::translate(
+                "PictureFiles", "The converter %1 could not be started; please reinstall the package \"%2\".")
                 .arg(converter, MetafileConverterPackage(kind)));
     case OutsideRun::TimedOut:
         return fail(MetafilePicture::TimedOut,
-                    QStringLiteral("The %1 drawing could not be converted within %2 seconds; the file may be "
-                                   "damaged.")
+                    QCoreApplication::translate(
+                        "PictureFiles",
+                        "The %1 drawing could not be converted within %2 seconds; the file may be "
+                        "damaged.")
                         .arg(what)
                         .arg(timeLimitMs / 1000));
     case OutsideRun::Stopped:
-        return fail(MetafilePicture::Stopped, QStringLiteral("The conversion of the drawing was stopped."));
+        return fail(
+            MetafilePicture::Stopped,
+            QCoreApplication::translate("PictureFiles", "The conversion of the drawing was stopped."));
     case OutsideRun::Crashed:
     case OutsideRun::Finished:
         break;
     }
     const QFileInfo svgInfo(svgPath);
     if (!run.ok() || !svgInfo.isFile() || svgInfo.size() == 0)
-        return fail(MetafilePicture::Damaged,
-                    QStringLiteral("The %1 drawing is damaged: %2 could not read it%3.")
-                        .arg(what, MetafileConverter(kind), converterMessage(run)));
+        return fail(
+            MetafilePicture::Damaged,
+            QCoreApplication::translate("PictureFiles", "The %1 drawing is damaged: %2 could not read it%3.")
+                .arg(what, MetafileConverter(kind), converterMessage(run)));
     if (svgInfo.size() > kMaxSvgBytes)
-        return fail(MetafilePicture::Damaged,
-                    QStringLiteral("The %1 drawing is too complex to open.").arg(what));
+        return fail(
+            MetafilePicture::Damaged,
+            QCoreApplication::translate("PictureFiles", "The %1 drawing is too complex to open.").arg(what));
 
     QSvgRenderer renderer(svgPath);
     if (!renderer.isValid())
         return fail(MetafilePicture::Damaged,
-                    QStringLiteral("The %1 drawing is damaged: %2 made nothing that can be drawn of it.")
+                    QCoreApplication::translate(
+                        "PictureFiles", "The %1 drawing is damaged: %2 made nothing that can be drawn of it.")
                         .arg(what, MetafileConverter(kind)));
     const QSize size = RenderSize(MetafileSize(head, kind), renderer.defaultSize());
     QImage picture(size, QImage::Format_RGB32);
     if (picture.isNull())
-        return fail(MetafilePicture::Damaged, QStringLiteral("There is not enough memory for this drawing."));
+        return fail(
+            MetafilePicture::Damaged,
+            QCoreApplication::translate("PictureFiles", "There is not enough memory for this drawing."));
     // Metafiles draw on a white page, as they would on paper.
     picture.fill(Qt::white);
     QPainter painter(&picture);

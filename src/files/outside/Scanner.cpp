@@ -2,6 +2,8 @@
 
 #include "core/OutsideProgram.h"
 
+#include <QCoreApplication>
+
 namespace velunta {
 
 namespace {
@@ -36,7 +38,8 @@ ScannerList ListScanners(const QString& companion, const std::function<bool(doub
 {
     ScannerList list;
     if (companion.isEmpty()) {
-        list.error = QStringLiteral("The scanner program of Velunta is missing.");
+        list.error =
+            QCoreApplication::translate("PictureFiles", "The scanner program of Velunta is missing.");
         return list;
     }
     OutsideOptions options;
@@ -45,9 +48,10 @@ ScannerList ListScanners(const QString& companion, const std::function<bool(doub
     const OutsideRun run = RunOutsideProgram(companion, {QStringLiteral("--list")}, options);
     if (!run.ok()) {
         list.error = run.outcome == OutsideRun::TimedOut
-                         ? QStringLiteral("The scanners did not answer in time.")
-                     : run.outcome == OutsideRun::Stopped ? QStringLiteral("The search was stopped.")
-                                                          : run.firstErrorLine();
+                         ? QCoreApplication::translate("PictureFiles", "The scanners did not answer in time.")
+                     : run.outcome == OutsideRun::Stopped
+                         ? QCoreApplication::translate("PictureFiles", "The search was stopped.")
+                         : run.firstErrorLine();
         return list;
     }
     list.devices = ParseScannerList(run.output);
@@ -60,7 +64,8 @@ ScanResult ScanPage(const QString& companion, const QString& device, const QStri
 {
     ScanResult result;
     if (companion.isEmpty()) {
-        result.error = QStringLiteral("The scanner program of Velunta is missing.");
+        result.error =
+            QCoreApplication::translate("PictureFiles", "The scanner program of Velunta is missing.");
         return result;
     }
     double done = 0;
@@ -82,7 +87,7 @@ ScanResult ScanPage(const QString& companion, const QString& device, const QStri
     else
         result.outcome = ScanResult::Failed;
     if (run.outcome == OutsideRun::TimedOut)
-        result.error = QStringLiteral("The scanner stopped answering.");
+        result.error = QCoreApplication::translate("PictureFiles", "The scanner stopped answering.");
     return result;
 }
 

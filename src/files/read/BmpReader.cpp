@@ -6,6 +6,8 @@
 
 #include "files/read/Decoders.h"
 
+#include <QCoreApplication>
+
 #include <array>
 #include <bit>
 
@@ -96,7 +98,8 @@ bool Reader::readHeader()
         return false;
     const quint32 infoSize = u32(info);
     if (infoSize < 12 || infoSize > 1024) {
-        m_failure.invalid(QStringLiteral("This BMP file's header is of an unknown kind."));
+        m_failure.invalid(
+            QCoreApplication::translate("PictureFiles", "This BMP file's header is of an unknown kind."));
         return false;
     }
     if (!need(info, infoSize))
@@ -128,7 +131,8 @@ bool Reader::readHeader()
     const int bpp = m_h.bpp;
     const quint32 c = m_h.compression;
     if (os2 && c != BiRgb && c != BiRle8 && c != BiRle4) {
-        m_failure.invalid(QStringLiteral("This BMP file uses OS/2 compression, which Velunta doesn't read."));
+        m_failure.invalid(QCoreApplication::translate(
+            "PictureFiles", "This BMP file uses OS/2 compression, which Velunta doesn't read."));
         return false;
     }
     const bool valid = (c == BiRgb && (bpp == 1 || bpp == 2 || bpp == 4 || bpp == 8 || bpp == 16 ||
@@ -137,14 +141,15 @@ bool Reader::readHeader()
                        ((c == BiBitfields || c == BiAlphaBitfields) && (bpp == 16 || bpp == 32)) ||
                        ((c == BiJpeg || c == BiPng) && !m_layout.icon);
     if (!valid) {
-        m_failure.invalid(QStringLiteral("This BMP file stores its pixels in a way Velunta doesn't read "
-                                         "(%1 bits a pixel, compression %2).")
+        m_failure.invalid(QCoreApplication::translate(
+                              "PictureFiles", "This BMP file stores its pixels in a way Velunta doesn't read "
+                                              "(%1 bits a pixel, compression %2).")
                               .arg(bpp)
                               .arg(c));
         return false;
     }
     if (m_h.width <= 0 || m_h.height <= 0) {
-        m_failure.invalid(QStringLiteral("The picture has no pixels."));
+        m_failure.invalid(QCoreApplication::translate("PictureFiles", "The picture has no pixels."));
         return false;
     }
     if (!WithinLimits(m_h.width, m_h.height, m_failure))

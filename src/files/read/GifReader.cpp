@@ -4,6 +4,8 @@
 
 #include "files/read/Decoders.h"
 
+#include <QCoreApplication>
+
 #include <array>
 #include <vector>
 
@@ -227,14 +229,15 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
         if (!readTable(2 << (packed & 7), palette))
             return {};
     } else if (!m_hasGlobal) {
-        m_failure.invalid(QStringLiteral("The GIF file has no colours."));
+        m_failure.invalid(QCoreApplication::translate("PictureFiles", "The GIF file has no colours."));
         return {};
     }
     if (!need(m_at, 1))
         return {};
     const int minCodeSize = m_d[m_at++];
     if (minCodeSize < 1 || minCodeSize > 11) {
-        m_failure.invalid(QStringLiteral("The GIF file's picture data is damaged."));
+        m_failure.invalid(
+            QCoreApplication::translate("PictureFiles", "The GIF file's picture data is damaged."));
         return {};
     }
 
@@ -253,7 +256,8 @@ QImage Reader::readPicture(int screenWidth, int screenHeight)
     if (proof == Lzw::CutShort)
         m_failure.cutShort();
     else if (proof == Lzw::Damaged)
-        m_failure.invalid(QStringLiteral("The GIF file's picture data is damaged."));
+        m_failure.invalid(
+            QCoreApplication::translate("PictureFiles", "The GIF file's picture data is damaged."));
     if (m_failure.failed() ||
         !DataCanFill(canvasWidth, canvasHeight, qMin(placed, visible), m_size, m_failure))
         return {};
@@ -294,7 +298,7 @@ QImage Reader::read()
         if (introducer == 0x2C)
             return readPicture(screenWidth, screenHeight);
         if (introducer != 0x21) {
-            m_failure.invalid(QStringLiteral("The GIF file holds no picture."));
+            m_failure.invalid(QCoreApplication::translate("PictureFiles", "The GIF file holds no picture."));
             return {};
         }
         if (!need(m_at, 1))

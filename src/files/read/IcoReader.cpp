@@ -4,6 +4,8 @@
 
 #include "files/read/Decoders.h"
 
+#include <QCoreApplication>
+
 namespace velunta {
 
 namespace {
@@ -35,7 +37,7 @@ QImage Reader::read()
     const bool cursor = u16(2) == 2;
     const int count = u16(4);
     if (count == 0) {
-        m_failure.invalid(QStringLiteral("The icon file holds no pictures."));
+        m_failure.invalid(QCoreApplication::translate("PictureFiles", "The icon file holds no pictures."));
         return {};
     }
     if (!need(6, 16 * qint64(count)))

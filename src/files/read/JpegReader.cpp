@@ -7,6 +7,8 @@
 #include "files/read/JpegErrors.h"
 #include "files/read/PictureRows.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <vector>
 
@@ -83,10 +85,12 @@ bool readPixels(jpeg_decompress_struct& cinfo, JpegErrors& errors, PictureRows& 
         if (sequential && errors.dataEndRow >= 0 &&
             !WithinAllowance(cinfo.output_width, cinfo.output_height,
                              qint64(errors.dataEndRow) * cinfo.output_width, fileBytes)) {
-            failure.invalid(QStringLiteral("The file is cut short or damaged: its picture data ends at row "
-                                           "%1 of %2, too early for a picture this large.")
-                                .arg(errors.dataEndRow)
-                                .arg(cinfo.output_height));
+            failure.invalid(
+                QCoreApplication::translate("PictureFiles",
+                                            "The file is cut short or damaged: its picture data ends at row "
+                                            "%1 of %2, too early for a picture this large.")
+                    .arg(errors.dataEndRow)
+                    .arg(cinfo.output_height));
             stop = Stop::TooLittleData;
             return false;
         }
@@ -122,14 +126,18 @@ void refuse(const jpeg_decompress_struct& cinfo, const JpegErrors& errors, qint6
 {
     switch (cinfo.err->msg_code) {
     case JERR_SOF_UNSUPPORTED:
-        failure.invalid(cinfo.err->msg_parm.i[0] == kLosslessMarker
-                            ? QStringLiteral("This is a lossless JPEG file; lossless JPEG is not supported.")
-                            : QStringLiteral("This JPEG file is of a kind Velunta doesn't read "
-                                             "(hierarchical or lossless)."));
+        failure.invalid(
+            cinfo.err->msg_parm.i[0] == kLosslessMarker
+                ? QCoreApplication::translate("PictureFiles",
+                                              "This is a lossless JPEG file; lossless JPEG is not supported.")
+                : QCoreApplication::translate("PictureFiles",
+                                              "This JPEG file is of a kind Velunta doesn't read "
+                                              "(hierarchical or lossless)."));
         return;
     case JERR_NO_BACKING_STORE: // the coefficients would take more than the allowance
         DataCanFill(cinfo.image_width, cinfo.image_height, 0, fileBytes, failure);
-        failure.invalid(QStringLiteral("The JPEG file is too small for its picture."));
+        failure.invalid(
+            QCoreApplication::translate("PictureFiles", "The JPEG file is too small for its picture."));
         return;
     case JERR_OUT_OF_MEMORY:
         failure.outOfMemory();
@@ -143,7 +151,8 @@ void refuse(const jpeg_decompress_struct& cinfo, const JpegErrors& errors, qint6
     if (errors.dataEndRow >= 0)
         failure.cutShort();
     else
-        failure.invalid(QStringLiteral("The JPEG file is damaged (%1).").arg(errors.text()));
+        failure.invalid(
+            QCoreApplication::translate("PictureFiles", "The JPEG file is damaged (%1).").arg(errors.text()));
 }
 
 } // namespace

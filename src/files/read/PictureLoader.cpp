@@ -3,6 +3,7 @@
 #include "files/read/BigBuffer.h"
 #include "files/read/Decoders.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -107,18 +108,21 @@ QString otherKind(QByteArrayView d)
 QString refusal(QByteArrayView bytes, PictureFormat format)
 {
     if (bytes.isEmpty())
-        return QStringLiteral("The file is empty.");
+        return QCoreApplication::translate("PictureFiles", "The file is empty.");
     if (format == PictureFormat::Wmf)
-        return QStringLiteral(
-            "This is a Windows Metafile (WMF) drawing, which can't be opened as a picture.");
+        return QCoreApplication::translate(
+            "PictureFiles", "This is a Windows Metafile (WMF) drawing, which can't be opened as a picture.");
     if (format == PictureFormat::Emf)
-        return QStringLiteral(
+        return QCoreApplication::translate(
+            "PictureFiles",
             "This is an Enhanced Metafile (EMF) drawing, which can't be opened as a picture.");
     const QString kind = otherKind(bytes);
     if (!kind.isEmpty())
-        return QStringLiteral("This is %1; Velunta opens BMP, JPEG, GIF, PNG, ICO and CUR pictures.")
+        return QCoreApplication::translate(
+                   "PictureFiles", "This is %1; Velunta opens BMP, JPEG, GIF, PNG, ICO and CUR pictures.")
             .arg(kind);
-    return QStringLiteral(
+    return QCoreApplication::translate(
+        "PictureFiles",
         "This is not a picture file (Velunta opens BMP, JPEG, GIF, PNG, ICO and CUR pictures).");
 }
 
@@ -190,22 +194,25 @@ void LoadFailure::invalid(const QString& sentence)
 
 void LoadFailure::cutShort()
 {
-    invalid(QStringLiteral("The file is cut short: the picture's data ends before the picture does."));
+    invalid(QCoreApplication::translate(
+        "PictureFiles", "The file is cut short: the picture's data ends before the picture does."));
 }
 
 void LoadFailure::outOfMemory()
 {
-    set(ErrOutOfMemory, QStringLiteral("There is not enough memory for this picture."));
+    set(ErrOutOfMemory,
+        QCoreApplication::translate("PictureFiles", "There is not enough memory for this picture."));
 }
 
 bool WithinLimits(qint64 width, qint64 height, LoadFailure& failure)
 {
     if (width <= kMaxPictureSide && height <= kMaxPictureSide && width * height <= kMaxPicturePixels)
         return true;
-    failure.set(ErrOutOfMemory, QStringLiteral("The picture is too large: %1 x %2 pixels, %3.")
-                                    .arg(width)
-                                    .arg(height)
-                                    .arg(limitText()));
+    failure.set(ErrOutOfMemory,
+                QCoreApplication::translate("PictureFiles", "The picture is too large: %1 x %2 pixels, %3.")
+                    .arg(width)
+                    .arg(height)
+                    .arg(limitText()));
     return false;
 }
 
@@ -215,8 +222,9 @@ bool DataCanFill(qint64 width, qint64 height, qint64 provenPixels, qint64 fileBy
         return false;
     if (WithinAllowance(width, height, provenPixels, fileBytes))
         return true;
-    failure.invalid(QStringLiteral("The file is too small for its picture: it says %1 x %2 pixels, "
-                                   "but holds the data of far fewer.")
+    failure.invalid(QCoreApplication::translate(
+                        "PictureFiles", "The file is too small for its picture: it says %1 x %2 pixels, "
+                                        "but holds the data of far fewer.")
                         .arg(width)
                         .arg(height));
     return false;
@@ -225,7 +233,7 @@ bool DataCanFill(qint64 width, qint64 height, qint64 provenPixels, qint64 fileBy
 QImage NewPicture(qint64 width, qint64 height, QImage::Format format, LoadFailure& failure)
 {
     if (width <= 0 || height <= 0) {
-        failure.invalid(QStringLiteral("The picture has no pixels."));
+        failure.invalid(QCoreApplication::translate("PictureFiles", "The picture has no pixels."));
         return {};
     }
     if (!WithinLimits(width, height, failure))
@@ -261,15 +269,19 @@ LoadedPicture ReadPicture(const QString& path)
     const QFileInfo info(path);
     QFile file(path);
     if (path.isEmpty() || !info.exists()) {
-        failure.set(ErrFileNotFound, QStringLiteral("The file was not found."));
+        failure.set(ErrFileNotFound, QCoreApplication::translate("PictureFiles", "The file was not found."));
     } else if (!info.isFile()) {
-        failure.set(ErrFileAccess, QStringLiteral("This is a folder or a device, not a file."));
+        failure.set(ErrFileAccess,
+                    QCoreApplication::translate("PictureFiles", "This is a folder or a device, not a file."));
     } else if (info.size() > kMaxFileBytes) {
-        failure.set(ErrOutOfMemory, QStringLiteral("The file is too large: it is over 2 GB, and no picture "
-                                                   "within the limits needs that much (%1).")
-                                        .arg(limitText()));
+        failure.set(ErrOutOfMemory,
+                    QCoreApplication::translate("PictureFiles",
+                                                "The file is too large: it is over 2 GB, and no picture "
+                                                "within the limits needs that much (%1).")
+                        .arg(limitText()));
     } else if (!file.open(QIODevice::ReadOnly)) {
-        failure.set(ErrFileAccess, QStringLiteral("The file can't be read: %1.").arg(file.errorString()));
+        failure.set(ErrFileAccess, QCoreApplication::translate("PictureFiles", "The file can't be read: %1.")
+                                       .arg(file.errorString()));
     } else {
         // The whole file at once, in memory that can take huge pages.
         const qint64 size = qMin(file.size(), kMaxFileBytes);
@@ -278,7 +290,9 @@ LoadedPicture ReadPicture(const QString& path)
         if (!buffer)
             failure.outOfMemory();
         else if (got < 0)
-            failure.set(ErrFileAccess, QStringLiteral("The file can't be read: %1.").arg(file.errorString()));
+            failure.set(ErrFileAccess,
+                        QCoreApplication::translate("PictureFiles", "The file can't be read: %1.")
+                            .arg(file.errorString()));
         else
             return DecodePicture(QByteArrayView(buffer.get(), got));
     }

@@ -7,6 +7,8 @@
 #include "files/read/Decoders.h"
 #include "files/read/PictureRows.h"
 
+#include <QCoreApplication>
+
 #include <png.h>
 
 #include <bit>
@@ -141,7 +143,7 @@ private:
         if (!WithinLimits(width, height, m_failure))
             return false;
         if (width == 0 || height == 0) {
-            m_failure.invalid(QStringLiteral("The picture has no pixels."));
+            m_failure.invalid(QCoreApplication::translate("PictureFiles", "The picture has no pixels."));
             return false;
         }
         if (!startRows(m_png, m_info, m_picture)) {
@@ -176,8 +178,8 @@ void Decoder::refuse()
     else if (!m_png || !m_info)
         m_failure.outOfMemory();
     else
-        m_failure.invalid(
-            QStringLiteral("The PNG file is damaged (%1).").arg(QString::fromLatin1(m_source.message)));
+        m_failure.invalid(QCoreApplication::translate("PictureFiles", "The PNG file is damaged (%1).")
+                              .arg(QString::fromLatin1(m_source.message)));
 }
 
 QImage Decoder::read()

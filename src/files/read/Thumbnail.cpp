@@ -3,6 +3,7 @@
 #include "files/read/Decoders.h"
 #include "files/read/PictureLoader.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 namespace velunta {
@@ -28,13 +29,15 @@ Thumbnail MakeThumbnail(QByteArrayView bytes, int side)
         LoadFailure failure;
         const QImage reduced = DecodeJPEGScaled(bytes, side, failure, &thumb.pictureSize);
         if (reduced.isNull())
-            thumb.error = failure.text.isEmpty() ? QStringLiteral("Damaged JPEG file.") : failure.text;
+            thumb.error = failure.text.isEmpty()
+                              ? QCoreApplication::translate("PictureFiles", "Damaged JPEG file.")
+                              : failure.text;
         else
             thumb.image = fit(reduced, side);
         return thumb;
     }
     if (IsMetafile(format)) {
-        thumb.error = QStringLiteral("A drawing: open it to see it.");
+        thumb.error = QCoreApplication::translate("PictureFiles", "A drawing: open it to see it.");
         return thumb;
     }
     LoadedPicture loaded = DecodePicture(bytes);
@@ -52,11 +55,11 @@ Thumbnail ReadThumbnail(const QString& path, int side)
     QFile file(path);
     Thumbnail thumb;
     if (!file.open(QIODevice::ReadOnly)) {
-        thumb.error = QStringLiteral("The file can't be read.");
+        thumb.error = QCoreApplication::translate("PictureFiles", "The file can't be read.");
         return thumb;
     }
     if (file.size() > kMaxThumbnailFileBytes) {
-        thumb.error = QStringLiteral("Too large for a preview.");
+        thumb.error = QCoreApplication::translate("PictureFiles", "Too large for a preview.");
         return thumb;
     }
     const QByteArray bytes = file.readAll();
