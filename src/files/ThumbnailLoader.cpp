@@ -57,8 +57,10 @@ void remember(const QString& key, const Thumbnail& thumb)
 ThumbnailLoader::ThumbnailLoader(int side, QObject* parent)
     : QObject(parent), m_side(side), m_cancelled(std::make_shared<std::atomic<bool>>(false))
 {
-    // One core stays with the dialog, which must answer while a folder loads.
-    m_pool.setMaxThreadCount(std::max(1, QThread::idealThreadCount() - 1));
+    // Every core decodes. The dialog's thread waits for events nearly all the time, and a
+    // decode is a few tens of milliseconds of one core, so the scheduler still gives the
+    // dialog its turn at once while a folder loads.
+    m_pool.setMaxThreadCount(std::max(1, QThread::idealThreadCount()));
 }
 
 ThumbnailLoader::~ThumbnailLoader()
