@@ -97,37 +97,37 @@ QByteArray BmpFile(qint32 width, qint32 height, int headerSize, int bpp, int com
     return file + info + palette + pixels;
 }
 
-QByteArray GifFile(const GifSpec& spec)
+QByteArray GifFile(const GifLayout& gif)
 {
     QByteArray file("GIF89a");
-    put16(file, quint16(spec.screenWidth));
-    put16(file, quint16(spec.screenHeight));
+    put16(file, quint16(gif.screenWidth));
+    put16(file, quint16(gif.screenHeight));
     int bits = 0;
-    while ((2 << bits) * 3 < spec.palette.size())
+    while ((2 << bits) * 3 < gif.palette.size())
         ++bits;
     file.append(char(0x80 | bits)).append(char(0)).append(char(0));
-    file.append(spec.palette).append(QByteArray((2 << bits) * 3 - spec.palette.size(), 0));
+    file.append(gif.palette).append(QByteArray((2 << bits) * 3 - gif.palette.size(), 0));
     file.append(char(0x2C));
-    put16(file, quint16(spec.left));
-    put16(file, quint16(spec.top));
-    put16(file, quint16(spec.width));
-    put16(file, quint16(spec.height));
-    file.append(char(0)).append(char(spec.minCodeSize));
+    put16(file, quint16(gif.left));
+    put16(file, quint16(gif.top));
+    put16(file, quint16(gif.width));
+    put16(file, quint16(gif.height));
+    file.append(char(0)).append(char(gif.minCodeSize));
 
-    const int clear = 1 << spec.minCodeSize;
+    const int clear = 1 << gif.minCodeSize;
     CodeWriter codes;
-    int size = spec.minCodeSize + 1;
+    int size = gif.minCodeSize + 1;
     int next = clear + 2;
     bool fresh = true;
     codes.put(clear, size);
-    for (qsizetype i = 0; i < spec.pixels.size(); ++i) {
+    for (qsizetype i = 0; i < gif.pixels.size(); ++i) {
         if (i % 300 == 299) {
             codes.put(clear, size);
-            size = spec.minCodeSize + 1;
+            size = gif.minCodeSize + 1;
             next = clear + 2;
             fresh = true;
         }
-        codes.put(uchar(spec.pixels[i]), size);
+        codes.put(uchar(gif.pixels[i]), size);
         // The decoder defines a code after every literal but the first after a clear.
         if (!fresh && next < 4096 && ++next == (1 << size) && size < 12)
             ++size;

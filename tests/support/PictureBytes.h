@@ -15,7 +15,7 @@ QByteArray BmpFile(qint32 width, qint32 height, int headerSize, int bpp, int com
                    const QByteArray& palette, const QByteArray& pixels, qint64 offset = -1,
                    quint32 colorsUsed = 0);
 
-struct GifSpec {
+struct GifLayout {
     int screenWidth = 0;
     int screenHeight = 0;
     int left = 0;
@@ -28,7 +28,7 @@ struct GifSpec {
 };
 // A GIF89a whose image data is a stream of literal codes with a clear code every
 // few hundred, decodable at any minimum code size from 2 to 11.
-QByteArray GifFile(const GifSpec& spec);
+QByteArray GifFile(const GifLayout& gif);
 
 // A PNG chunk with its CRC.
 QByteArray PngChunk(const char* type, const QByteArray& data);
