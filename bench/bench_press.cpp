@@ -8,9 +8,11 @@
 //
 // BM_FirstPressAfterCommand times the first click after a whole-picture command
 // (Invert, through the command runner as the menu runs it), whose undo step must take a
-// new base: once with the pointer coming over the picture first (a move without a
-// button, then 150 ms for the hand to get there, untimed), and once pressed where the
-// pointer already rests, which pays the copy of the picture at the press.
+// new base: (1) the pointer comes over the picture after the command, as from the menu
+// (a move without a button, then 150 ms for the hand, untimed); (2) the pointer rests
+// over the picture through the command, as with a keyboard shortcut, and the press comes
+// 150 ms later; (0) the press comes at once with the pointer never over the picture,
+// which pays the copy of the picture at the press.
 //
 // The fill clicks inside one cell of line art: cells of 240 x 160 between black lines,
 // each with two closed rings (holes the fill goes round), so that both pictures give the
@@ -94,8 +96,10 @@ struct Clicker {
         return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - t0).count();
     }
     // Edit > Invert, as the menu runs it: the runner with its undo step, then the refresh.
-    void invert()
+    // `resting`: the pointer rests over the picture meanwhile.
+    void invert(bool resting)
     {
+        b.form.paintArea()->setAttribute(Qt::WA_UnderMouse, resting);
         RunImageCommand(b.tools, {.name = "InvertImage"},
                         [](ImageCommand& c) { c.target().setImage(Inverted(c.target().Image())); });
         b.refreshView();
@@ -151,25 +155,28 @@ void BM_ClickLargeOverSmall(benchmark::State& state)
 
 void BM_FirstPressAfterCommand(benchmark::State& state)
 {
-    const bool approach = state.range(0) != 0;
+    const int way = int(state.range(0));
     const QSize view(1280, 800);
     Clicker small(600, 400, kToolPencil, view), large(6000, 4000, kToolPencil, view);
     std::vector<double> a, b;
     for (auto _ : state) {
-        small.invert();
-        large.invert();
-        if (approach) {
+        small.invert(way == 2);
+        large.invert(way == 2);
+        if (way == 1) {
             small.approach();
             large.approach();
-            QThread::msleep(150);
         }
+        if (way != 0)
+            QThread::msleep(150);
         a.push_back(small.clickMillis());
         b.push_back(large.clickMillis());
         state.SetIterationTime(b.back() / 1e3);
     }
     report(state, a, b,
            std::string("first press after Invert, ") +
-               (approach ? "the pointer came over the picture" : "pressed where the pointer rests"));
+               (way == 1   ? "the pointer came over the picture"
+                : way == 2 ? "the pointer rested over the picture"
+                           : "pressed at once, the pointer never over the picture"));
 }
 
 } // namespace
@@ -181,6 +188,7 @@ BENCHMARK(BM_ClickLargeOverSmall)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FirstPressAfterCommand)
     ->Arg(1)
+    ->Arg(2)
     ->Arg(0)
     ->Iterations(15)
     ->UseManualTime()

@@ -25,6 +25,8 @@ public:
     // The pointer picture over the view (PointerShape, or a tool's number).
     virtual void setPointerShape(int shape) = 0;
     virtual int pointerShape() const = 0;
+    // True while the pointer rests over the picture.
+    virtual bool pointerOverPicture() const { return false; }
     // Zoom and layout (zoom percent already stored in the document).
     virtual void PreDefZoom(double zoom) = 0;
     virtual void RealignZoom(double ratioY, double ratioX) = 0;

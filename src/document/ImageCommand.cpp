@@ -2,6 +2,7 @@
 
 #include "core/Faults.h"
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/UpdateView.h"
 
 namespace velunta {
@@ -117,6 +118,10 @@ bool ImageCommand::runWork(const std::function<bool(ImageCommand&)>& work)
         UpdateView(doc, doc.Buffer, 0, 0, doc.GetZoomFactor());
         if (doc.Buffer.Width() != before.width || doc.Buffer.Height() != before.height)
             m_host.PictureResized();
+        // A command from the keyboard leaves the pointer where it rests over the picture,
+        // ready to draw: the copy the next stroke would make begins now.
+        if (changed && m_options.undo && doc.viewWindow && doc.viewWindow->pointerOverPicture())
+            doc.UndoKeep.prepare(doc.Buffer);
     });
     m_busy = nullptr;
     return changed;

@@ -221,6 +221,11 @@ void frmPaint::invalidateViewRect(const QRect& viewRect)
     m_paintArea->update(viewRect.translated(1, 1));
 }
 
+bool frmPaint::pointerOverPicture() const
+{
+    return m_paintArea->underMouse();
+}
+
 void frmPaint::setPointerShape(int shape)
 {
     m_pointerShape = shape;

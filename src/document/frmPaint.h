@@ -48,6 +48,7 @@ public:
     void invalidateViewRect(const QRect& viewRect) override;
     void setPointerShape(int shape) override;
     int pointerShape() const override { return m_pointerShape; }
+    bool pointerOverPicture() const override;
     void PreDefZoom(double zoom) override;
     void RealignZoom(double ratioY, double ratioX) override;
     void captionChanged() override;

@@ -3,6 +3,7 @@
 // of every tile, and for strokes across tile borders.
 
 #include "document/ImageCommand.h"
+#include "document/PaintArea.h"
 #include "document/StepHistory.h"
 #include "document/UndoRing.h"
 #include "document/frmPaint.h"
@@ -303,6 +304,25 @@ private Q_SLOTS:
             QCOMPARE(DifferingPixels(doc.UndoSlots[slot - 1]->toImage(), image), 0);
         const int slot = UndoStep(undo, doc, {});
         QCOMPARE(DifferingPixels(doc.Buffer.Image(), expected.at(slot)), 0);
+    }
+
+    // A command from the keyboard leaves the pointer resting over the picture: the copy
+    // for the next stroke begins with the command's end.
+    void strokeAfterAKeyboardCommandCopiesNothing()
+    {
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        frmPaint* form = f.newDocument(700, 500);
+        Document& doc = form->doc;
+        form->paintArea()->setAttribute(Qt::WA_UnderMouse, true);
+        m.InvertImage_Click();
+        doc.UndoKeep.settle(doc.Buffer);
+        const QImage inverted = doc.Buffer.Image().copy();
+        const uchar* own = doc.Buffer.Image().constBits();
+        m.PrepUndo();
+        BitBlt(doc.Buffer, 10, 10, 30, 30, doc.Buffer, 0, 0, kInvert);
+        QCOMPARE(doc.Buffer.Image().constBits(), own);
+        QCOMPARE(DifferingPixels(doc.UndoSlots[m.undo().UndoWriteSlot - 1]->toImage(), inverted), 0);
     }
 
     void ringAfterFourSmallStrokesOnALargePictureIsASmallFraction()
