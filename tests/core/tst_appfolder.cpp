@@ -17,26 +17,14 @@ using namespace velunta::test;
 
 namespace {
 
-bool placeFile(const QString& path, const QByteArray& bytes, bool executable = false)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        return false;
-    f.close();
-    if (executable)
-        f.setPermissions(f.permissions() | QFile::ExeOwner);
-    return true;
-}
-
 // A prefix as `cmake --install` lays it out, with one data file and one effect program.
 void makeInstall(const QString& prefix)
 {
     QDir().mkpath(prefix + QStringLiteral("/bin"));
-    placeFile(prefix + QStringLiteral("/share/velunta/velunta-data.txt"), "brushes/round.bmp\n");
-    placeFile(prefix + QStringLiteral("/share/velunta/brushes/round.bmp"), "round");
-    placeFile(prefix + QStringLiteral("/libexec/velunta/effects/Blur"), "#!/bin/sh\n", true);
-    placeFile(prefix + QStringLiteral("/libexec/velunta/png"), "#!/bin/sh\n", true);
+    WriteFile(prefix + QStringLiteral("/share/velunta/velunta-data.txt"), "brushes/round.bmp\n");
+    WriteFile(prefix + QStringLiteral("/share/velunta/brushes/round.bmp"), "round");
+    WriteScript(prefix + QStringLiteral("/libexec/velunta/effects/Blur"), {});
+    WriteScript(prefix + QStringLiteral("/libexec/velunta/png"), {});
 }
 
 // The test harness names a home and a data folder; these tests need the plain start.
@@ -92,7 +80,7 @@ private Q_SLOTS:
 
         // A user's own program of that name wins; an effect the package no longer ships
         // leaves a link to nothing, which is no program.
-        placeFile(folder + QStringLiteral("png"), "#!/bin/sh\n", true);
+        WriteScript(folder + QStringLiteral("png"), {});
         QCOMPARE(CompanionProgram(folder, QStringLiteral("png"), prefix + QStringLiteral("/bin")),
                  folder + QStringLiteral("png"));
         QFile::remove(prefix + QStringLiteral("/libexec/velunta/effects/Blur"));
@@ -104,9 +92,9 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString program = dir.filePath(QStringLiteral("Velunta"));
-        placeFile(program + QStringLiteral("/velunta-data.txt"), "\n");
-        placeFile(program + QStringLiteral("/VeluntaExt1"), "#!/bin/sh\n", true);
-        placeFile(program + QStringLiteral("/bmpExport"), "not a program");
+        WriteFile(program + QStringLiteral("/velunta-data.txt"), "\n");
+        WriteScript(program + QStringLiteral("/VeluntaExt1"), {});
+        WriteFile(program + QStringLiteral("/bmpExport"), "not a program");
         PlainStart plain(dir.path());
         const QString folder = ResolveAppFolder(program);
         QCOMPARE(folder, program + u'/');
@@ -132,7 +120,7 @@ private Q_SLOTS:
         QFETCH(QString, reason);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("UserColors.ini"));
-        QVERIFY(placeFile(path, "old colours"));
+        QVERIFY(WriteFile(path, "old colours"));
         QString said;
         bool written = false;
         if (situation == QLatin1String("disk full")) {

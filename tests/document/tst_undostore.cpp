@@ -51,11 +51,6 @@ void walkRing(UndoState& undo, Document& doc, const std::map<int, QImage>& expec
     }
 }
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); });
-}
-
 } // namespace
 
 class tst_UndoStore : public QObject {
@@ -96,7 +91,7 @@ private Q_SLOTS:
     void oneTileAndAllTilesSteps()
     {
         Document doc;
-        doc.Buffer.setImage(pattern(200, 130));
+        doc.Buffer.setImage(Pattern(200, 130));
         UndoState undo;
         std::map<int, QImage> expected;
         auto record = [&] {
@@ -175,7 +170,7 @@ private Q_SLOTS:
     void stepHistoryWalksBackAndForthOverChangesOfSize()
     {
         Document doc;
-        doc.Buffer.setImage(pattern(150, 100));
+        doc.Buffer.setImage(Pattern(150, 100));
         StepHistory history;
         std::vector<QImage> states{doc.Buffer.Image().copy()};
         history.record(doc);
@@ -209,7 +204,7 @@ private Q_SLOTS:
     void stepHistoryKeepsAHundredStepsWithinItsBudget()
     {
         Document doc;
-        doc.Buffer.setImage(pattern(640, 640));
+        doc.Buffer.setImage(Pattern(640, 640));
         StepHistory history(std::size_t(64) * 16384); // 64 tiles
         for (int i = 0; i < 130; ++i) {
             SetPixelV(doc.Buffer, (i * 64) % 640, (i / 10) * 64, RGB(i, 0, 0));
@@ -275,7 +270,7 @@ private Q_SLOTS:
         QFETCH(bool, writeWhileCopying);
         Document doc;
         UndoState undo;
-        const QImage start = pattern(700, 500);
+        const QImage start = Pattern(700, 500);
         std::map<int, QImage> expected;
         doc.Buffer.setScaleSize(700, 500);
         if (opened) {

@@ -33,19 +33,13 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(
-        w, h, [](int x, int y) { return RGB((x * 9) % 256, (y * 7 + 40) % 256, (x * 3 + y * 5) % 256); });
-}
-
 // A window with one picture, the command the browser writes back through, and the
 // browser on it, shown but not modal: the tests drive it by its handlers.
 struct Browser {
     explicit Browser(int w = 40, int h = 30, bool selection = false)
     {
         form = f.newDocument(w, h);
-        form->doc.Buffer.setImage(pattern(w, h));
+        form->doc.Buffer.setImage(Pattern(w, h));
         if (selection) {
             ShowFloat(form->doc, {5, 4, 12, 10}, RGB(30, 160, 90));
             UpdateView(form->doc, form->doc.Buffer, 0, 0, 100);

@@ -34,30 +34,10 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256); });
-}
-
 QImage inverted(QImage image)
 {
     image.invertPixels();
     return image;
-}
-
-// A shell script in `folder` that ImageMagick's convert and the shell make into an
-// effect program; "$1" is the exchange file.
-QString writeProgram(const QString& folder, const QString& name, const QString& body)
-{
-    QDir().mkpath(folder);
-    const QString path = folder + u'/' + name;
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly))
-        return {};
-    file.write("#!/bin/sh\n" + body.toUtf8() + '\n');
-    file.close();
-    file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
-    return path;
 }
 
 const QString kInvert = QStringLiteral("convert \"$1\" -negate \"BMP3:$1\"");
@@ -120,16 +100,16 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QString effects = f.appFolder() + QStringLiteral("effects");
-        writeProgram(effects, QStringLiteral("b effect"), QStringLiteral("exit 0"));
-        writeProgram(effects, QStringLiteral("A.exe"), QStringLiteral("exit 0"));
-        writeProgram(effects, QStringLiteral("Tom & Jerry"), QStringLiteral("exit 0"));
-        writeProgram(effects, QStringLiteral(".hidden"), QStringLiteral("exit 0"));
+        WriteScript(effects + QStringLiteral("/b effect"), QStringLiteral("exit 0"));
+        WriteScript(effects + QStringLiteral("/A.exe"), QStringLiteral("exit 0"));
+        WriteScript(effects + QStringLiteral("/Tom & Jerry"), QStringLiteral("exit 0"));
+        WriteScript(effects + QStringLiteral("/.hidden"), QStringLiteral("exit 0"));
         QVERIFY(WriteFile(effects + QStringLiteral("/readme.txt"), "not a program"));
         QDir(effects).mkdir(QStringLiteral("folder"));
         QFile::link(effects + QStringLiteral("/gone"), effects + QStringLiteral("/dangling"));
-        writeProgram(f.appFolder(), QStringLiteral("Plugin_Zoom.exe"), QStringLiteral("exit 0"));
-        writeProgram(f.appFolder(), QStringLiteral("Plugin_frame"), QStringLiteral("exit 0"));
-        writeProgram(f.appFolder(), QStringLiteral("NoPlugin_x"), QStringLiteral("exit 0"));
+        WriteScript(f.appFolder() + QStringLiteral("Plugin_Zoom.exe"), QStringLiteral("exit 0"));
+        WriteScript(f.appFolder() + QStringLiteral("Plugin_frame"), QStringLiteral("exit 0"));
+        WriteScript(f.appFolder() + QStringLiteral("NoPlugin_x"), QStringLiteral("exit 0"));
         m.ScanEffects();
 
         QStringList captions, names;
@@ -173,7 +153,7 @@ private Q_SLOTS:
         const QStringList kept = {"Blur", "Sepia", "blur.exe"};
         auto populate = [&] {
             for (const QString& name : old + kept)
-                writeProgram(effects, name, QStringLiteral("exit 0"));
+                WriteScript(effects + u'/' + name, QStringLiteral("exit 0"));
         };
         populate();
         RemoveOldEffects(dir.path(), QStringLiteral("3.0.0"));
@@ -223,10 +203,10 @@ private Q_SLOTS:
         const QString huge = f.appFolder() + QStringLiteral("huge.bmp");
         QVERIFY(WriteFile(huge, hugeHeader()));
         qputenv("HUGE", QFile::encodeName(huge));
-        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("effect"), body);
+        WriteScript(f.appFolder() + QStringLiteral("effects/effect"), body);
         frmPaint* form = f.newDocument(24, 16);
         Document& doc = form->doc;
-        doc.Buffer.setPicture(pattern(24, 16));
+        doc.Buffer.setPicture(Pattern(24, 16));
         const QImage before = doc.Buffer.Image().copy();
         const int slot = m.undo().UndoWriteSlot;
 
@@ -295,11 +275,11 @@ private Q_SLOTS:
         frmMain& m = f.main();
         const QString effects = f.appFolder() + QStringLiteral("effects");
         // The program records the size it was given.
-        writeProgram(effects, QStringLiteral("invert"),
-                     QStringLiteral("identify -format '%w %h' \"$1\" > \"$1.size\"\n") + kInvert);
+        WriteScript(effects + QStringLiteral("/invert"),
+                    QStringLiteral("identify -format '%w %h' \"$1\" > \"$1.size\"\n") + kInvert);
         frmPaint* form = f.newDocument(40, 30);
         Document& doc = form->doc;
-        doc.Buffer.setPicture(pattern(40, 30));
+        doc.Buffer.setPicture(Pattern(40, 30));
         const QRect where(8, 4, 10, 12);
         ShowFloat(doc, where, RGB(200, 10, 10));
         doc.SelectionLifted = false;
@@ -319,11 +299,11 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("half"),
-                     QStringLiteral("convert \"$1\" -sample 50% \"BMP3:$1\""));
+        WriteScript(f.appFolder() + QStringLiteral("effects/half"),
+                    QStringLiteral("convert \"$1\" -sample 50% \"BMP3:$1\""));
         frmPaint* form = f.newDocument(40, 30);
         Document& doc = form->doc;
-        doc.Buffer.setPicture(pattern(40, 30));
+        doc.Buffer.setPicture(Pattern(40, 30));
         // On a selection the size can't change: nothing does.
         ShowFloat(doc, QRect(2, 2, 10, 10), RGB(0, 0, 255));
         m.RunEffect(QStringLiteral("half"), false);
@@ -344,7 +324,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QString name = QStringLiteral("it's a \"b\" $(touch PWNED); & `touch PWNED2` x.exe y");
-        writeProgram(f.appFolder() + QStringLiteral("effects"), name, kInvert);
+        WriteScript(f.appFolder() + QStringLiteral("effects/") + name, kInvert);
         frmPaint* form = f.newDocument(12, 8);
         const QImage before = form->doc.Buffer.Image().copy();
         m.ScanEffects();
@@ -362,8 +342,8 @@ private Q_SLOTS:
         frmMain& m = f.main();
         const QString pidFile = f.appFolder() + QStringLiteral("pid");
         // A script whose child does the waiting: Esc must stop both.
-        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("hang"),
-                     QStringLiteral("sleep 60 &\necho $! > \"%1\"\nwait").arg(pidFile));
+        WriteScript(f.appFolder() + QStringLiteral("effects/hang"),
+                    QStringLiteral("sleep 60 &\necho $! > \"%1\"\nwait").arg(pidFile));
         frmPaint* form = f.newDocument(12, 8);
         const QImage before = form->doc.Buffer.Image().copy();
         bool strip = false;
@@ -390,10 +370,9 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("slow"),
-                     QStringLiteral("sleep 0.5\n") + kInvert);
+        WriteScript(f.appFolder() + QStringLiteral("effects/slow"), QStringLiteral("sleep 0.5\n") + kInvert);
         frmPaint* form = f.newDocument(12, 8);
-        form->doc.Buffer.setPicture(pattern(12, 8));
+        form->doc.Buffer.setPicture(Pattern(12, 8));
         const QImage before = form->doc.Buffer.Image().copy();
         QApplication::setActiveWindow(&m);
         QTRY_VERIFY(m.isActiveWindow());
@@ -417,8 +396,8 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         // Fake editors beside the program, which a user's own copies would be.
-        writeProgram(f.appFolder(), QStringLiteral("VeluntaExt1"), QStringLiteral("exit 0"));
-        writeProgram(f.appFolder(), QStringLiteral("VeluntaExt2"), QStringLiteral("exit 0"));
+        WriteScript(f.appFolder() + QStringLiteral("VeluntaExt1"), QStringLiteral("exit 0"));
+        WriteScript(f.appFolder() + QStringLiteral("VeluntaExt2"), QStringLiteral("exit 0"));
         f.newDocument(8, 8);
         m.state().ForeColor = RGB(10, 20, 30);
         m.state().BackColor = RGB(40, 50, 60);
@@ -440,8 +419,7 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        writeProgram(f.appFolder() + QStringLiteral("effects"), QStringLiteral("hang"),
-                     QStringLiteral("exec sleep 60"));
+        WriteScript(f.appFolder() + QStringLiteral("effects/hang"), QStringLiteral("exec sleep 60"));
         f.newDocument(12, 8);
         QTimer::singleShot(500, &m, [&] { m.close(); });
         QElapsedTimer clock;

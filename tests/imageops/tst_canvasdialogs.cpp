@@ -21,11 +21,6 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB((x * 7) % 256, (y * 5) % 256, (x + y) % 256); });
-}
-
 QImage mapped(const QImage& image, bool brightness, int value)
 {
     QImage out = image.copy();
@@ -40,6 +35,14 @@ void dragPlane(ImagePlane* plane, QPoint from, QPoint to)
                      Qt::LeftButton, {});
     QApplication::sendEvent(plane, &move);
     QTest::mouseRelease(plane, Qt::LeftButton, {}, to);
+}
+
+// The two modes of the brightness and contrast dialog, as rows.
+void bothModes()
+{
+    QTest::addColumn<bool>("brightness");
+    QTest::newRow("brightness") << true;
+    QTest::newRow("contrast") << false;
 }
 
 } // namespace
@@ -117,16 +120,11 @@ private Q_SLOTS:
         QCOMPARE(again.RotateDivisor(), -1);
     }
 
-    void neutralValuesChangeNothing_data()
-    {
-        QTest::addColumn<bool>("brightness");
-        QTest::newRow("brightness 0") << true;
-        QTest::newRow("contrast 0") << false;
-    }
+    void neutralValuesChangeNothing_data() { bothModes(); }
     void neutralValuesChangeNothing()
     {
         QFETCH(bool, brightness);
-        const QImage picture = pattern(50, 40);
+        const QImage picture = Pattern(50, 40);
         frmBrightContrast dialog(picture, brightness);
         QCOMPARE(dialog.windowTitle(),
                  brightness ? QStringLiteral("Adjust Brightness") : QStringLiteral("Adjust Contrast"));
@@ -142,16 +140,11 @@ private Q_SLOTS:
         QVERIFY(!dialog.changed());
     }
 
-    void okAfterPartialPreviewGivesTheWholeResult_data()
-    {
-        QTest::addColumn<bool>("brightness");
-        QTest::newRow("brightness") << true;
-        QTest::newRow("contrast") << false;
-    }
+    void okAfterPartialPreviewGivesTheWholeResult_data() { bothModes(); }
     void okAfterPartialPreviewGivesTheWholeResult()
     {
         QFETCH(bool, brightness);
-        const QImage picture = pattern(900, 700);
+        const QImage picture = Pattern(900, 700);
         frmBrightContrast dialog(picture, brightness);
         zolButton* preview = brightness ? dialog.Command2() : dialog.Command1();
         // Larger than the view both ways: it opens at its middle.
@@ -177,7 +170,7 @@ private Q_SLOTS:
 
     void brightnessPreviewsDoNotAddUp()
     {
-        const QImage picture = pattern(60, 50);
+        const QImage picture = Pattern(60, 50);
         frmBrightContrast dialog(picture, true);
         dialog.HScroll1()->setValue(30);
         dialog.Command2()->click();
@@ -190,7 +183,7 @@ private Q_SLOTS:
 
     void planesMoveTogetherWhenLocked()
     {
-        const QImage picture = pattern(1000, 800);
+        const QImage picture = Pattern(1000, 800);
         frmBrightContrast dialog(picture, false);
         ImagePlane* left = dialog.picLeft();
         ImagePlane* right = dialog.picRight();

@@ -18,14 +18,6 @@ using namespace velunta::test;
 
 namespace {
 
-// Distinct colours everywhere, so a pixel in the wrong place shows.
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) {
-        return RGB((x * 37 + y) % 256, (y * 53 + x * 3) % 256, (x * y + 11) % 256);
-    });
-}
-
 Surface surfaceOf(const QImage& image)
 {
     Surface s;
@@ -114,7 +106,7 @@ private Q_SLOTS:
     {
         QFETCH(int, w);
         QFETCH(int, h);
-        const QImage image = pattern(w, h);
+        const QImage image = Pattern(w, h);
         const QImage horizontal = FlippedHorizontally(image);
         const QImage vertical = FlippedVertically(image);
         const Surface source = surfaceOf(image), hs = surfaceOf(horizontal), vs = surfaceOf(vertical);
@@ -153,7 +145,7 @@ private Q_SLOTS:
         QFETCH(int, w);
         QFETCH(int, h);
         QFETCH(float, angle);
-        const QImage image = pattern(w, h);
+        const QImage image = Pattern(w, h);
         QCOMPARE(rotated(image, angle), literalRotated(image, angle));
     }
 
@@ -161,7 +153,7 @@ private Q_SLOTS:
     {
         const float half = MenuRotationAngle(2);
         for (const QSize size : {QSize(24, 17), QSize(50, 50)}) {
-            const QImage image = pattern(size.width(), size.height());
+            const QImage image = Pattern(size.width(), size.height());
             const QImage once = rotated(image, half);
             QCOMPARE(rotated(once, half), literalRotated(literalRotated(image, half), half));
             // 3.14 falls short of a half turn: a thin line at the edges keeps unturned
@@ -184,7 +176,7 @@ private Q_SLOTS:
         // On a square the menu's turn is the exact turn but for the few pixels the
         // missing bit of pi moves across a rounding, in every quarter alike.
         const int n = 41;
-        const QImage image = pattern(n, n);
+        const QImage image = Pattern(n, n);
         QImage exact = image;
         for (int i = 0; i < quarterTurns; ++i)
             exact = exact.transformed(QTransform().rotate(-90));
@@ -205,7 +197,7 @@ private Q_SLOTS:
 
     void rotationLeavesTheCornersItCannotReach()
     {
-        const QImage image = pattern(40, 40);
+        const QImage image = Pattern(40, 40);
         const QImage turned = rotated(image, MenuRotationAngle(0));
         for (const QPoint corner : {QPoint(0, 0), QPoint(39, 0), QPoint(0, 39), QPoint(39, 39)})
             QCOMPARE(turned.pixel(corner), image.pixel(corner));
@@ -214,7 +206,7 @@ private Q_SLOTS:
 
     void rotationOfLongThinPicturesEnds()
     {
-        const QImage image = pattern(2, 4000);
+        const QImage image = Pattern(2, 4000);
         QImage target = image.copy();
         QVERIFY(RotatePicture(target, image, MenuRotationAngle(1)));
         int calls = 0;
@@ -286,7 +278,7 @@ private Q_SLOTS:
     {
         QFETCH(bool, brightness);
         QFETCH(int, value);
-        const QImage image = pattern(31, 23);
+        const QImage image = Pattern(31, 23);
         const ChannelTable table = brightness ? BrightnessTable(value) : ContrastTable(value);
         QImage whole = image.copy();
         QVERIFY(MapChannels(image, whole, image.rect(), table));
@@ -304,7 +296,7 @@ private Q_SLOTS:
 
     void stretchDoubledAndHalvedGivesThePictureBack()
     {
-        const QImage image = pattern(13, 9);
+        const QImage image = Pattern(13, 9);
         QImage twice = NewPicture(26, 18);
         StretchPicture(image, twice);
         QCOMPARE(twice.pixel(25, 17), image.pixel(12, 8));

@@ -19,29 +19,9 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256); });
-}
-
 void click(DetailGrid& grid, QPoint cell, Qt::MouseButton button = Qt::LeftButton)
 {
     QTest::mouseClick(&grid, button, {}, grid.cellCentre(cell));
-}
-
-// Runs `act` on the Detailed Editing window once it shows.
-void whenEditorShows(const std::function<void(frmEditDetail&)>& act)
-{
-    auto* timer = new QTimer;
-    timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, [timer, act] {
-        if (auto* d = qobject_cast<frmEditDetail*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            act(*d);
-        }
-    });
-    timer->start();
 }
 
 } // namespace
@@ -73,7 +53,7 @@ private Q_SLOTS:
 
     void gridPaintsPicksAndUndoes()
     {
-        frmEditDetail dialog(pattern(16, 12), RGB(255, 0, 0), RGB(0, 0, 255));
+        frmEditDetail dialog(Pattern(16, 12), RGB(255, 0, 0), RGB(0, 0, 255));
         dialog.resize(500, 400);
         dialog.show();
         QVERIFY(QTest::qWaitForWindowExposed(&dialog));
@@ -133,12 +113,12 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(100, 80);
-        const QImage original = pattern(100, 80);
+        const QImage original = Pattern(100, 80);
         form->doc.Buffer.setImage(original);
         m.state().ForeColor = RGB(10, 200, 30);
         const int slot = m.undo().UndoWriteSlot;
         QRect area;
-        whenEditorShows([&](frmEditDetail& d) {
+        WhenShown<frmEditDetail>([&](frmEditDetail& d) {
             d.resize(600, 500);
             QApplication::processEvents();
             area = QRect(QPoint(), d.result().size());
@@ -177,7 +157,7 @@ private Q_SLOTS:
         QVERIFY(m.findChild<QCheckBox*>(QStringLiteral("chkDetailEdit"))->isChecked());
         const int slot = m.undo().UndoWriteSlot;
         QSize shown;
-        whenEditorShows([&](frmEditDetail& d) {
+        WhenShown<frmEditDetail>([&](frmEditDetail& d) {
             shown = d.result().size();
             QCOMPARE(d.result(), original.copy(DetailArea(original.size(), {120, 90})));
             d.reject();

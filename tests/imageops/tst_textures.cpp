@@ -25,33 +25,12 @@ using namespace velunta::test;
 
 namespace {
 
-// The fill as described: the texture copied with BitBlt at every step of its size.
+// The plain way to fill: the texture copied with BitBlt at every step of its size.
 void LiteralTileTexture(Surface& target, const Surface& texture)
 {
     for (int y = 0; y < target.ScaleHeight(); y += texture.ScaleHeight())
         for (int x = 0; x < target.ScaleWidth(); x += texture.ScaleWidth())
             BitBlt(target, x, y, texture.ScaleWidth(), texture.ScaleHeight(), texture, 0, 0, SRCCOPY);
-}
-
-Surface Pattern(int w, int h, int seed)
-{
-    Surface s;
-    s.setImage(
-        MakeImage(w, h, [seed](int x, int y) { return RGB((x * 37 + seed) & 255, (y * 53) & 255, seed); }));
-    return s;
-}
-
-// Runs `step` on the texture dialog as soon as the command shows it; a step that
-// fails half way cancels the dialog, so the test goes on to report it.
-void OnTextureDialog(const std::function<void(FrmTextures&)>& step)
-{
-    QTimer::singleShot(0, [step] {
-        auto* dialog = qobject_cast<FrmTextures*>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        step(*dialog);
-        if (dialog->isVisible())
-            dialog->reject();
-    });
 }
 
 } // namespace
@@ -75,7 +54,8 @@ private Q_SLOTS:
     {
         QFETCH(QSize, target);
         QFETCH(QSize, texture);
-        const Surface tile = Pattern(texture.width(), texture.height(), 9);
+        Surface tile;
+        tile.setImage(Pattern(texture.width(), texture.height(), 9));
         Surface fast = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
         Surface literal = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
         Surface command = MakeSurface(target.width(), target.height(), RGB(1, 2, 3));
@@ -194,7 +174,7 @@ private Q_SLOTS:
         const QRect where(I4(doc.BufferSelected.Left), I4(doc.BufferSelected.Top),
                           doc.BufferSelected.ScaleWidth(), doc.BufferSelected.ScaleHeight());
         QVERIFY(where.width() > 10 && where.height() > 10);
-        OnTextureDialog([](FrmTextures& d) {
+        WhenShown<FrmTextures>([](FrmTextures& d) {
             QVERIFY(d.textureCount() >= 12);
             d.ImgTextures_Click(2);
             QVERIFY(d.TextureChosen && !d.TextureFromFile);
@@ -226,9 +206,9 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(20, 20, RGB(0, 0, 200));
-        OnTextureDialog([](FrmTextures& d) { d.Command1_Click(); }); // OK with nothing chosen
+        WhenShown<FrmTextures>([](FrmTextures& d) { d.Command1_Click(); }); // OK with nothing chosen
         m.mnuTexturefill_Click();
-        OnTextureDialog([](FrmTextures& d) {
+        WhenShown<FrmTextures>([](FrmTextures& d) {
             d.ImgTextures_Click(0);
             d.reject();
         });
@@ -247,7 +227,7 @@ private Q_SLOTS:
         QVERIFY(MakeImage(2, 2, [](int x, int y) {
                     return (x + y) & 1 ? RGB(0, 0, 0) : RGB(255, 255, 0);
                 }).save(path));
-        OnTextureDialog([path](FrmTextures& d) {
+        WhenShown<FrmTextures>([path](FrmTextures& d) {
             d.openFolder(QFileInfo(path).absolutePath());
             QCOMPARE(d.File1()->count(), 1);
             QVERIFY(d.File1_Click(path));
@@ -257,7 +237,7 @@ private Q_SLOTS:
         QCOMPARE(GetPixel(form->doc.Buffer, 8, 8), RGB(255, 255, 0));
         QCOMPARE(GetPixel(form->doc.Buffer, 7, 8), RGB(0, 0, 0));
         QString shownFolder, shownFile;
-        OnTextureDialog([&](FrmTextures& d) {
+        WhenShown<FrmTextures>([&](FrmTextures& d) {
             shownFolder = d.folder();
             if (QListWidgetItem* item = d.File1()->currentItem())
                 shownFile = item->text();

@@ -6,6 +6,7 @@
 #include "print/frmPrint.h"
 #include "support/FakeServices.h"
 #include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
 #include "widgets/zolButton.h"
 
 #include <QAction>
@@ -71,17 +72,6 @@ class tst_print : public QObject {
     ScriptedDialogs m_dialogs;
     QString folder() const { return m_dir.path() + u'/'; }
     QString ini() const { return folder() + QStringLiteral("VeluntaPrint.ini"); }
-    void writeIni(const QByteArray& bytes)
-    {
-        QFile f(ini());
-        QVERIFY(f.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        f.write(bytes);
-    }
-    QByteArray readIni() const
-    {
-        QFile f(ini());
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }
 
 private Q_SLOTS:
     void init()
@@ -104,7 +94,7 @@ private Q_SLOTS:
         s.WinLeft = -300;
         s.WinWidth = 20000;
         QVERIFY(WritePrintSettings(ini(), s, QStringLiteral(VELUNTA_VERSION)));
-        const QByteArray written = readIni();
+        const QByteArray written = ReadFile(ini());
         PrintSettings back;
         QVERIFY(ReadPrintSettings(ini(), back));
         QCOMPARE(back, s);
@@ -128,7 +118,7 @@ private Q_SLOTS:
     void damagedFileGivesDefaults()
     {
         QFETCH(QByteArray, bytes);
-        writeIni(bytes);
+        QVERIFY(WriteFile(ini(), bytes));
         frmPrint form(solid(40, 30, Qt::red), folder(), m_prompt, m_dialogs);
         const PrintSettings s = form.currentSettings();
         const PrintSettings d = PrintDefaults();
@@ -138,7 +128,7 @@ private Q_SLOTS:
         QCOMPARE(s.ZoomIndex, d.ZoomIndex);
         QCOMPARE(form.lblMargin(0)->text(), QStringLiteral("100"));
         QVERIFY(m_prompt.shown.isEmpty());
-        QCOMPARE(readIni(), bytes); // read only
+        QCOMPARE(ReadFile(ini()), bytes); // read only
     }
 
     void windowFromFileLandsOnScreen_data()
@@ -155,7 +145,7 @@ private Q_SLOTS:
         QFETCH(bool, sizeApplied);
         QByteArray bytes = kDefaultsFile;
         bytes.replace(bytes.indexOf(" 200 "), bytes.size(), place);
-        writeIni(bytes);
+        QVERIFY(WriteFile(ini(), bytes));
         frmPrint form(solid(40, 30, Qt::red), folder(), m_prompt, m_dialogs);
         const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
         QVERIFY2(room.contains(form.geometry().topLeft()), qPrintable(QDebug::toString(form.geometry())));
@@ -228,14 +218,14 @@ private Q_SLOTS:
         form.HScroll1(1)->setValue(900);
         form.mnusavesettings_Click();
         QCOMPARE(m_prompt.shown.last().text, QStringLiteral("Print Settings Saved."));
-        const QByteArray saved = readIni();
+        const QByteArray saved = ReadFile(ini());
         QVERIFY(saved.startsWith(";Zolvane-Velunta v"));
         QVERIFY(saved.contains(";Print Settings\r\n 2 \r\n 3 \r\n 0 \r\n 0 \r\n 100 \r\n 900 \r\n"));
         form.mnurestore_Click();
         QCOMPARE(m_prompt.shown.last().title, QStringLiteral("Restore to Default Print Settings"));
         QVERIFY(form.OptPaper(1)->isChecked());
         QCOMPARE(form.HScroll1(1)->value(), 100);
-        QCOMPARE(readIni(), saved);
+        QCOMPARE(ReadFile(ini()), saved);
         // A new preview starts from the saved file.
         frmPrint again(solid(40, 30, Qt::red), folder(), m_prompt, m_dialogs);
         QVERIFY(again.OptPaper(3)->isChecked());

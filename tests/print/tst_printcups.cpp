@@ -5,6 +5,7 @@
 
 #include "print/frmPrint.h"
 #include "support/FakeServices.h"
+#include "support/TestImages.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -17,19 +18,6 @@
 
 using namespace velunta;
 using namespace velunta::test;
-
-namespace {
-
-bool writeText(const QString& path, const QByteArray& text, QFile::Permissions permissions = {})
-{
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly | QIODevice::Truncate) || f.write(text) != text.size())
-        return false;
-    f.close();
-    return permissions == QFile::Permissions() || f.setPermissions(permissions);
-}
-
-} // namespace
 
 class tst_printcups : public QObject {
     Q_OBJECT
@@ -64,19 +52,21 @@ class tst_printcups : public QObject {
         QFile::link(QStringLiteral("/usr/lib/cups/daemon"), d + "/bin/daemon");
         const QByteArray dir = d.toLocal8Bit();
         const bool written =
-            writeText(d + "/cupsd.conf",
+            WriteFile(d + "/cupsd.conf",
                       "Listen " + dir +
                           "/cups.sock\nLogLevel warn\n"
                           "<Location />\n  Order allow,deny\n  Allow all\n</Location>\n") &&
-            writeText(d + "/cups-files.conf",
+            WriteFile(d + "/cups-files.conf",
                       "ServerRoot " + dir + "\nServerBin " + dir + "/bin\nRequestRoot " + dir +
                           "/spool\nTempDir " + dir + "/tmp\nCacheDir " + dir + "/cache\nStateDir " + dir +
                           "/run\nErrorLog " + dir + "/log/error_log\nAccessLog " + dir +
                           "/log/access_log\nPageLog " + dir + "/log/page_log\nSandboxing Relaxed\n") &&
-            writeText(
-                d + "/bin/backend/save",
-                "#!/bin/sh\n[ $# -eq 0 ] && { echo 'direct save \"Unknown\" \"File keeper\"'; exit 0; }\n"
-                "cat \"${6:-/dev/stdin}\" > \"${DEVICE_URI#save:}\"\nchmod 644 \"${DEVICE_URI#save:}\"\n",
+            // The scheduler runs its backends as another user.
+            QFile::setPermissions(
+                WriteScript(
+                    d + "/bin/backend/save",
+                    "[ $# -eq 0 ] && { echo 'direct save \"Unknown\" \"File keeper\"'; exit 0; }\n"
+                    "cat \"${6:-/dev/stdin}\" > \"${DEVICE_URI#save:}\"\nchmod 644 \"${DEVICE_URI#save:}\""),
                 QFile::Permissions(0x7755));
         if (!written)
             return QStringLiteral("the scheduler's folder could not be written");

@@ -30,29 +30,6 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h, int seed = 0)
-{
-    return MakeImage(w, h, [seed](int x, int y) {
-        return RGB((x * 37 + y + seed) % 256, (y * 53 + x * 3) % 256, (x * y + 11 + seed) % 256);
-    });
-}
-
-// Answers the next modal dialog of type D once it shows.
-template <class D> void whenShown(const std::function<void(D&)>& answer)
-{
-    auto* timer = new QTimer;
-    timer->setInterval(5);
-    QObject::connect(timer, &QTimer::timeout, [timer, answer] {
-        auto* d = qobject_cast<D*>(QApplication::activeModalWidget());
-        if (!d || !d->isVisible())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        answer(*d);
-    });
-    timer->start();
-}
-
 using Command = std::function<void(frmMain&)>;
 // What the command makes of the selection's pixels.
 using Expected = std::function<QImage(const QImage&)>;
@@ -67,7 +44,7 @@ QImage adjusted(const QImage& image, bool brightness, int value)
 Command adjust(int index, int value)
 {
     return [index, value](frmMain& m) {
-        whenShown<frmBrightContrast>([value](frmBrightContrast& d) {
+        WhenShown<frmBrightContrast>([value](frmBrightContrast& d) {
             d.HScroll1()->setValue(value);
             d.cmdOk()->click();
         });
@@ -123,10 +100,10 @@ private Q_SLOTS:
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(48, 36);
         Document& doc = form->doc;
-        doc.Buffer.setImage(pattern(48, 36));
+        doc.Buffer.setImage(Pattern(48, 36));
         const QRect where(9, 5, 21, 14);
         if (selection) {
-            ShowFloat(doc, where, 0).setImage(pattern(where.width(), where.height(), 99));
+            ShowFloat(doc, where, 0).setImage(Pattern(where.width(), where.height(), 99));
             UpdateView(doc, doc.Buffer, 0, 0, 100);
         }
         const QImage before = doc.Buffer.Image().copy();
@@ -167,11 +144,11 @@ private Q_SLOTS:
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(40, 30);
         Document& doc = form->doc;
-        doc.Buffer.setImage(pattern(40, 30));
+        doc.Buffer.setImage(Pattern(40, 30));
         const QImage before = doc.Buffer.Image().copy();
         form->PreDefZoom(200);
         ShowFloat(doc, QRect(2, 2, 5, 5), RGB(1, 2, 3));
-        whenShown<frmSize>([](frmSize& d) {
+        WhenShown<frmSize>([](frmSize& d) {
             QCOMPARE(d.TxtWidth()->text(), QStringLiteral("40"));
             d.Check1()->setChecked(false);
             d.TxtWidth()->setText(QStringLiteral("97"));
@@ -231,10 +208,10 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(pattern(30, 20));
+        form->doc.Buffer.setImage(Pattern(30, 20));
         const QImage before = form->doc.Buffer.Image().copy();
         const int slot = m.undo().UndoWriteSlot;
-        whenShown<frmRotate>([angle](frmRotate& d) {
+        WhenShown<frmRotate>([angle](frmRotate& d) {
             d.TxtAngle()->setText(angle);
             d.Command1_Click();
         });
@@ -244,7 +221,7 @@ private Q_SLOTS:
         QCOMPARE(m.undo().UndoWriteSlot, turns ? slot + 1 : slot);
         QCOMPARE(form->doc.Buffer.Image(), turns ? turned(MenuRotationAngle(1))(before) : before);
         // Cancelled, the picture stays too.
-        whenShown<frmRotate>([](frmRotate& d) { d.reject(); });
+        WhenShown<frmRotate>([](frmRotate& d) { d.reject(); });
         m.mnurotates_Click(4);
         QCOMPARE(m.RotateDivisor, -1);
     }
@@ -266,7 +243,7 @@ private Q_SLOTS:
         m.state().BackColor = RGB(12, 34, 56);
         frmPaint* form = f.newDocument(30, 20);
         Document& doc = form->doc;
-        doc.Buffer.setImage(pattern(30, 20));
+        doc.Buffer.setImage(Pattern(30, 20));
         ShowFloat(doc, QRect(3, 3, 6, 6), RGB(9, 9, 9));
         UpdateView(doc, doc.Buffer, 0, 0, 100);
         const QImage before = doc.Buffer.Image().copy();

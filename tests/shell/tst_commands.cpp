@@ -28,11 +28,6 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256); });
-}
-
 // Every pixel of the target inverted, a column at a time.
 void invertColumns(ImageCommand& c, int columns)
 {
@@ -68,7 +63,7 @@ private Q_SLOTS:
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(40, 30);
         Document& doc = form->doc;
-        doc.Buffer.setImage(pattern(40, 30));
+        doc.Buffer.setImage(Pattern(40, 30));
         if (selection) {
             ShowFloat(doc, {5, 6, 12, 10}, RGB(9, 99, 199));
             UpdateView(doc, doc.Buffer, 0, 0, 100);
@@ -106,7 +101,7 @@ private Q_SLOTS:
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(40, 30);
         Document& doc = form->doc;
-        doc.Buffer.setImage(pattern(40, 30));
+        doc.Buffer.setImage(Pattern(40, 30));
         const QRect where(8, 4, 10, 12);
         Surface& sel = ShowFloat(doc, where, RGB(200, 10, 10));
         doc.SelectionLifted = false;
@@ -217,7 +212,7 @@ private Q_SLOTS:
         check("with no picture");
         frmPaint* form = f.newDocument();
         form->doc.SelectArea.Visible = true;
-        QApplication::clipboard()->setImage(pattern(4, 4));
+        QApplication::clipboard()->setImage(Pattern(4, 4));
         m.ValidateMenus();
         check("with everything");
         // The rules, by one entry of each.

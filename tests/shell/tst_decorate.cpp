@@ -34,28 +34,6 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h, int seed = 0)
-{
-    return MakeImage(
-        w, h, [seed](int x, int y) { return RGB((7 * x + seed) % 256, (5 * y) % 256, (x * y) % 256); });
-}
-
-// Answers the next modal dialog of type D with `answer` once it shows.
-template <class D> void whenShown(const std::function<void(D&)>& answer, int tries = 200)
-{
-    QTimer::singleShot(tries == 200 ? 0 : 10, qApp, [answer, tries] {
-        if (auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget())) {
-            answer(*dialog);
-            // An answer cut short by a failed check still closes the dialog.
-            if (dialog->isVisible() && QApplication::activeModalWidget() == dialog)
-                dialog->reject();
-        } else if (tries > 0)
-            whenShown(answer, tries - 1);
-        else
-            QFAIL("the dialog never showed");
-    });
-}
-
 // A document showing `picture`, with no undo step taken yet.
 frmPaint* documentWith(MainWindowFixture& f, const QImage& picture)
 {
@@ -124,11 +102,11 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(60, 40);
+        const QImage picture = Pattern(60, 40);
         frmPaint* form = documentWith(f, picture);
         select(f, *form, 10, 8, 20, 16);
         const QImage under = picture.copy(10, 8, 20, 16);
-        whenShown<Frmblend>([](Frmblend& d) {
+        WhenShown<Frmblend>([](Frmblend& d) {
             QVERIFY(d.chkDirection()->isVisible()); // the selection tool is the current one
             d.cmbBlend()->setEditText(QStringLiteral("100"));
             d.Command1_Click();
@@ -147,11 +125,11 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(50, 30, 3);
+        const QImage picture = Pattern(50, 30, 3);
         frmPaint* form = documentWith(f, picture);
         select(f, *form, 4, 4, 30, 20);
         const QImage under = picture.copy(4, 4, 30, 20);
-        whenShown<Frmblend>([](Frmblend& d) {
+        WhenShown<Frmblend>([](Frmblend& d) {
             d.chkDirection()->setChecked(true);
             d.Option1(kBlendRed)->click();
             d.cmbBlend()->setEditText(QStringLiteral("50"));
@@ -177,12 +155,12 @@ private Q_SLOTS:
         QFETCH(QString, typed);
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(40, 30);
+        const QImage picture = Pattern(40, 30);
         frmPaint* form = documentWith(f, picture);
         select(f, *form, 2, 2, 20, 20);
         form->doc.Dirty = false;
         const int steps = m.undo().UndoWriteSlot;
-        whenShown<Frmblend>([typed](Frmblend& d) {
+        WhenShown<Frmblend>([typed](Frmblend& d) {
             d.cmbBlend()->setEditText(typed);
             d.Command1_Click();
         });
@@ -198,14 +176,14 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(64, 48);
+        const QImage picture = Pattern(64, 48);
         frmPaint* form = documentWith(f, picture);
         QTemporaryDir dir;
-        const QImage photo = pattern(100, 20, 99);
+        const QImage photo = Pattern(100, 20, 99);
         const QString path = dir.filePath(QStringLiteral("photo.bmp"));
         QVERIFY(photo.save(path));
         f.dialogs.paths.enqueue(path);
-        whenShown<Frmblend>([](Frmblend& d) {
+        WhenShown<Frmblend>([](Frmblend& d) {
             QVERIFY(!d.chkDirection()->isEnabled() || !d.chkDirection()->isVisible());
             QCOMPARE(d.Label2()->text(), QStringLiteral("Blending image size: 100x20"));
             d.cmbBlend()->setEditText(QStringLiteral("100"));
@@ -226,13 +204,13 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(30, 30);
+        const QImage picture = Pattern(30, 30);
         frmPaint* form = documentWith(f, picture);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("small.bmp"));
-        QVERIFY(pattern(10, 10, 5).save(path));
+        QVERIFY(Pattern(10, 10, 5).save(path));
         f.dialogs.paths.enqueue(path);
-        whenShown<Frmblend>([](Frmblend& d) { d.Command2_Click(); });
+        WhenShown<Frmblend>([](Frmblend& d) { d.Command2_Click(); });
         m.action(MenuId::mnuPasteBlend)->trigger();
         QVERIFY(!form->doc.SelectArea.Visible);
         QCOMPARE(form->doc.Buffer.Image(), picture);
@@ -256,7 +234,7 @@ private Q_SLOTS:
         QFETCH(QString, title);
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(30, 20);
+        const QImage picture = Pattern(30, 20);
         frmPaint* form = documentWith(f, picture);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("broken.jpg"));
@@ -279,7 +257,7 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(40, 40);
+        const QImage picture = Pattern(40, 40);
         frmPaint* form = documentWith(f, picture);
         select(f, *form, 0, 0, 16, 16);
         m.CmdCommands(19)->click();
@@ -304,7 +282,7 @@ private Q_SLOTS:
         QFETCH(int, index);
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(45, 35);
+        const QImage picture = Pattern(45, 35);
         frmPaint* form = documentWith(f, picture);
         m.action(vertical ? MenuId::mnuReverseBlendV1 : MenuId::mnuReverseBlendH1, index)->trigger();
         QCOMPARE(form->doc.Buffer.Image(),
@@ -317,9 +295,9 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(80, 60);
+        const QImage picture = Pattern(80, 60);
         frmPaint* form = documentWith(f, picture);
-        whenShown<frmPictureFrames>([](frmPictureFrames& d) {
+        WhenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbTransThick()->setEditText(QStringLiteral("10"));
             QVERIFY(d.optFrame(1)->isChecked());  // changing the band chooses the transparency frame
             QVERIFY(!d.optFrame(0)->isChecked()); // and only that one
@@ -339,10 +317,10 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        const QImage picture = pattern(60, 50);
+        const QImage picture = Pattern(60, 50);
         frmPaint* form = documentWith(f, picture);
         select(f, *form, 10, 10, 30, 20);
-        whenShown<frmPictureFrames>([](frmPictureFrames& d) {
+        WhenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbThickness()->setEditText(QStringLiteral("4"));
             QVERIFY(d.optFrame(0)->isChecked());
             QVERIFY(!d.optFrame(1)->isChecked());
@@ -362,11 +340,11 @@ private Q_SLOTS:
         MainWindowFixture f;
         CopyMissingDataFiles(qEnvironmentVariable("VELUNTA_DATA"), f.appFolder());
         frmMain& m = f.main();
-        const QImage picture = pattern(200, 150);
+        const QImage picture = Pattern(200, 150);
         frmPaint* form = documentWith(f, picture);
         bool bordersShown = false;
-        whenShown<frmPictureFrames>([&](frmPictureFrames& d) {
-            whenShown<frmBorders>([&](frmBorders& b) {
+        WhenShown<frmPictureFrames>([&](frmPictureFrames& d) {
+            WhenShown<frmBorders>([&](frmBorders& b) {
                 bordersShown = true;
                 QVERIFY(b.brushCount() >= 10); // the program's own brushes
                 b.Picborderbrush_Click(1);
@@ -414,7 +392,7 @@ private Q_SLOTS:
         QImage art(size, QImage::Format_RGB32);
         art.fill(qRgb(200, 0, 0));
         QVERIFY(art.save(dir.filePath(QStringLiteral("tiny.bmp"))));
-        whenShown<frmBorders>([&](frmBorders& b) {
+        WhenShown<frmBorders>([&](frmBorders& b) {
             b.ShowFolder(dir.path());
             QList<QListWidgetItem*> items =
                 b.File1()->findItems(QStringLiteral("tiny.bmp"), Qt::MatchExactly);
@@ -443,7 +421,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("notes.png"));
         QVERIFY(WriteFile(path, "not a picture at all"));
-        whenShown<frmBorders>([&](frmBorders& b) {
+        WhenShown<frmBorders>([&](frmBorders& b) {
             b.Picborderbrush_Click(2);
             const QImage before = b.brush();
             QVERIFY(!b.LoadFileBrush(path));
@@ -516,9 +494,9 @@ private Q_SLOTS:
         }
         // A child's afternoon: a frame, a border of hearts, a photo blended in.
         m.frameSettings.thickness = 18;
-        whenShown<frmPictureFrames>([](frmPictureFrames& d) { d.Command1_Click(); });
+        WhenShown<frmPictureFrames>([](frmPictureFrames& d) { d.Command1_Click(); });
         m.mnuPicFrames_Click();
-        whenShown<frmBorders>([](frmBorders& b) {
+        WhenShown<frmBorders>([](frmBorders& b) {
             b.Picborderbrush_Click(1);
             b.TxtWidth()->setText(QStringLiteral("32"));
             b.TxtHeight()->setText(QStringLiteral("32"));
@@ -528,7 +506,7 @@ private Q_SLOTS:
         });
         m.mnuBorders_Click();
         f.dialogs.paths.enqueue(photo);
-        whenShown<Frmblend>([](Frmblend& d) {
+        WhenShown<Frmblend>([](Frmblend& d) {
             d.cmbBlend()->setEditText(QStringLiteral("40"));
             d.Command1_Click();
         });

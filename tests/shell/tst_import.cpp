@@ -25,11 +25,6 @@ using namespace velunta::test;
 
 namespace {
 
-QImage pattern(int w, int h)
-{
-    return MakeImage(w, h, [](int x, int y) { return RGB(x * 9 % 256, y * 13 % 256, (x * y) % 256); });
-}
-
 } // namespace
 
 class tst_Import : public QObject {
@@ -55,7 +50,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString path = dir.filePath(file);
         const QString source = dir.filePath(QStringLiteral("source.bmp"));
-        QVERIFY(SaveBMP(pattern(20, 10), source));
+        QVERIFY(SaveBMP(Pattern(20, 10), source));
         switch (index) {
         case 0:
             WriteFile(path, SmallWmf(2000, 1000, 1440));
@@ -92,7 +87,7 @@ private Q_SLOTS:
         QCOMPARE(form->doc.Buffer.Image().size(), size);
         QVERIFY(!form->doc.Dirty);
         if (index == 2 || index == 4 || index == 5)
-            QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), pattern(20, 10)), 0);
+            QCOMPARE(DifferingPixels(form->doc.Buffer.Image(), Pattern(20, 10)), 0);
         if (index == 1)
             QCOMPARE(GetPixel(form->doc.Buffer, 5, 5), RGB(200, 30, 40));
         // The companion's exchange file is gone; the source is as it was.
@@ -104,14 +99,14 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("photo.png"));
-        QVERIFY(SaveBMP(pattern(20, 10), dir.filePath(QStringLiteral("source.bmp"))));
+        QVERIFY(SaveBMP(Pattern(20, 10), dir.filePath(QStringLiteral("source.bmp"))));
         RunTool(QStringLiteral("convert"), {dir.filePath(QStringLiteral("source.bmp")), path});
         const QString tmp = dir.filePath(QStringLiteral("photo.tmp"));
         WriteFile(tmp, "the user's own file");
         MainWindowFixture f;
         f.dialogs.paths.enqueue(path);
         f.main().Imports_Click(5);
-        QCOMPARE(DifferingPixels(f.main().activeDocument()->doc.Buffer.Image(), pattern(20, 10)), 0);
+        QCOMPARE(DifferingPixels(f.main().activeDocument()->doc.Buffer.Image(), Pattern(20, 10)), 0);
         QCOMPARE(ReadFile(tmp), QByteArray("the user's own file"));
     }
 
@@ -157,14 +152,14 @@ private Q_SLOTS:
         QTemporaryDir dir;
         MainWindowFixture f;
         frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(pattern(30, 20));
+        form->doc.Buffer.setImage(Pattern(30, 20));
         form->doc.Buffer.Tag = dir.filePath(QStringLiteral("mine.bmp"));
         f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("exported")));
         f.main().action(MenuId::mnuExportPNG)->trigger();
         QVERIFY2(f.prompt.shown.isEmpty(), qPrintable(f.prompt.shown.value(0).text));
         const QString png = dir.filePath(QStringLiteral("exported.png"));
         QVERIFY(RunTool(QStringLiteral("identify"), {png}).contains("PNG 30x20"));
-        QCOMPARE(DifferingPixels(DecodeWithMagick(png), pattern(30, 20)), 0);
+        QCOMPARE(DifferingPixels(DecodeWithMagick(png), Pattern(30, 20)), 0);
         // An export is no save: the document keeps its name; no exchange file stays behind.
         QCOMPARE(form->doc.Buffer.Tag, dir.filePath(QStringLiteral("mine.bmp")));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden),
@@ -219,14 +214,14 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(60, 40);
-        m.PastePicture(pattern(13, 9));
+        m.PastePicture(Pattern(13, 9));
         form->doc.Dirty = true;
         m.ValidateMenus();
         QVERIFY(m.action(MenuId::mnuCopyTo)->isEnabled());
         f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("piece")));
         m.action(MenuId::mnuCopyTo)->trigger();
         const QString piece = dir.filePath(QStringLiteral("piece.bmp"));
-        QCOMPARE(DifferingPixels(LoadPicture(piece), pattern(13, 9)), 0);
+        QCOMPARE(DifferingPixels(LoadPicture(piece), Pattern(13, 9)), 0);
         QCOMPARE(m.CopyToName, piece);
         // The picture itself is still unsaved: closing it must still ask.
         QVERIFY(form->doc.Dirty);
@@ -236,7 +231,7 @@ private Q_SLOTS:
         f.dialogs.paths.enqueue(piece);
         m.action(MenuId::mnuPasteFrom)->trigger();
         QVERIFY(other->doc.SelectArea.Visible);
-        QCOMPARE(DifferingPixels(other->doc.BufferSelected.Image(), pattern(13, 9)), 0);
+        QCOMPARE(DifferingPixels(other->doc.BufferSelected.Image(), Pattern(13, 9)), 0);
         QVERIFY(m.undo().UndoDisabled);
         QCOMPARE(QApplication::clipboard()->text(), QStringLiteral("the user's clipboard"));
 
@@ -266,13 +261,13 @@ private Q_SLOTS:
         QTRY_VERIFY(m.IrfanViewPath.size() > 5);
         QCOMPARE(entry->text(), QStringLiteral("Copy To Fake Viewer"));
         frmPaint* form = f.newDocument(24, 16);
-        form->doc.Buffer.setImage(pattern(24, 16));
+        form->doc.Buffer.setImage(Pattern(24, 16));
         form->doc.SetCaption(QStringLiteral("/somewhere/holiday.jpg"));
         QVERIFY(entry->isVisible() && entry->isEnabled());
         entry->trigger();
         const QString file = f.appFolder() + QStringLiteral("temp/view/holiday.bmp");
         QTRY_COMPARE(fakes.arguments(QStringLiteral("viewer")), QStringList{file});
-        QCOMPARE(DifferingPixels(LoadPicture(file), pattern(24, 16)), 0);
+        QCOMPARE(DifferingPixels(LoadPicture(file), Pattern(24, 16)), 0);
 
         // No viewer for BMP pictures: no entry.
         fakes.add(QStringLiteral("xdg-mime"), QStringLiteral("exit 0"));

@@ -28,9 +28,7 @@ struct Window : MainWindowFixture {
         : form(*newDocument(w, h, fill == kNoColor ? 0xFFFFFF : fill)), doc(form.doc)
     {
         if (fill == kNoColor)
-            doc.Buffer.setImage(original = MakeImage(w, h, [](int x, int y) {
-                                    return RGB(4 * x, 5 * y, (x * 7 + y * 3) % 256);
-                                }));
+            doc.Buffer.setImage(original = Pattern(w, h));
     }
     frmPaint& form;
     Document& doc;

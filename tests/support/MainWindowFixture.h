@@ -7,9 +7,13 @@
 #include "shell/frmMain.h"
 #include "support/FakeServices.h"
 
+#include <QApplication>
 #include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
 #include <QUrl>
 
+#include <functional>
 #include <memory>
 
 namespace velunta {
@@ -21,6 +25,29 @@ namespace velunta::test {
 // The window takes input again: menus and panels enabled, no progress strip and no
 // wait cursor.
 bool WindowUsable(frmMain& m);
+
+// Answers the next modal dialog of type D once it shows: the command that opens it runs
+// the dialog's own event loop, so the answer waits on a timer. A dialog the answer leaves
+// open is cancelled, so that a failed check inside it cannot hang the test.
+template <class D> void WhenShown(std::function<void(D&)> answer)
+{
+    auto* timer = new QTimer;
+    timer->setInterval(5);
+    auto tries = std::make_shared<int>(400); // two seconds
+    QObject::connect(timer, &QTimer::timeout, [timer, answer, tries] {
+        auto* dialog = qobject_cast<D*>(QApplication::activeModalWidget());
+        if ((!dialog || !dialog->isVisible()) && --*tries > 0)
+            return;
+        timer->stop();
+        timer->deleteLater();
+        if (!dialog)
+            QFAIL("the dialog never showed");
+        answer(*dialog);
+        if (dialog->isVisible() && QApplication::activeModalWidget() == dialog)
+            dialog->reject();
+    });
+    timer->start();
+}
 
 class MainWindowFixture {
 public:

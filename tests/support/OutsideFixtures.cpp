@@ -115,15 +115,9 @@ FakePrograms::~FakePrograms()
 
 QString FakePrograms::add(const QString& name, const QString& body)
 {
-    const QString path = m_dir.filePath(name);
-    QFile file(path);
-    file.open(QIODevice::WriteOnly);
-    file.write("#!/bin/sh\nfor a in \"$@\"; do printf '%s\\n' \"$a\"; done >> \"" +
-               m_dir.filePath(name + QStringLiteral(".args")).toLocal8Bit() + "\"\n" + body.toLocal8Bit() +
-               "\n");
-    file.close();
-    file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser);
-    return path;
+    return WriteScript(m_dir.filePath(name),
+                       QStringLiteral("for a in \"$@\"; do printf '%s\\n' \"$a\"; done >> \"") +
+                           m_dir.filePath(name + QStringLiteral(".args")) + QStringLiteral("\"\n") + body);
 }
 
 QStringList FakePrograms::arguments(const QString& name) const

@@ -1,6 +1,8 @@
 #include "support/TestImages.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QHash>
 #include <QStandardPaths>
 
@@ -28,6 +30,13 @@ QImage MakeImage(int w, int h, const std::function<Color(int, int)>& f)
             line[x] = ToQRgb(f(x, y));
     }
     return image;
+}
+
+QImage Pattern(int w, int h, int seed)
+{
+    return MakeImage(w, h, [seed](int x, int y) {
+        return RGB((x * 37 + y + seed) % 256, (y * 53 + x * 3) % 256, (x * y + 11 + seed) % 256);
+    });
 }
 
 QImage ImageFromRows(const QStringList& rows, const QHash<QChar, Color>& palette)
@@ -93,8 +102,17 @@ double Psnr(const QImage& a, const QImage& b)
 
 bool WriteFile(const QString& path, const QByteArray& bytes)
 {
+    QDir().mkpath(QFileInfo(path).absolutePath());
     QFile f(path);
     return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+QString WriteScript(const QString& path, const QString& body)
+{
+    if (!WriteFile(path, "#!/bin/sh\n" + body.toLocal8Bit() + '\n'))
+        return {};
+    QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner | QFile::ExeUser);
+    return path;
 }
 
 QByteArray ReadFile(const QString& path)

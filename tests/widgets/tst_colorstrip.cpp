@@ -33,16 +33,6 @@ using namespace velunta::test;
 
 namespace {
 
-// Answers the next modal colour dialog.
-void AnswerNextDialog(const std::function<void(frmColor*)>& answer)
-{
-    QTimer::singleShot(0, [answer] {
-        auto* dialog = qobject_cast<frmColor*>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        answer(dialog);
-    });
-}
-
 // A main window with its strip and drawing state at hand.
 struct Strip : MainWindowFixture {
     ColorStrip& strip = *main().colorStrip();
@@ -189,11 +179,11 @@ private Q_SLOTS:
         const QPoint at = cells->cellRect(3).center();
         QTest::mouseClick(cells, Qt::LeftButton, {}, at);
         QCOMPARE(f.st.ForeColor, cellBefore); // the first click chose the cell's colour
-        AnswerNextDialog([answer](frmColor* d) {
+        WhenShown<frmColor>([answer](frmColor& d) {
             if (answer < 0)
-                return d->reject();
-            d->htmlField()->setText(ColorToHTML(answer));
-            QTest::keyClick(d->htmlField(), Qt::Key_Return);
+                return d.reject();
+            d.htmlField()->setText(ColorToHTML(answer));
+            QTest::keyClick(d.htmlField(), Qt::Key_Return);
         });
         QTest::mouseDClick(cells, Qt::LeftButton, {}, at);
         QTest::mouseRelease(cells, Qt::LeftButton, {}, at);
@@ -323,22 +313,22 @@ private Q_SLOTS:
     void cancelReturnsMinusOne()
     {
         const QVector<Color> recent = frmColor::recentColors();
-        AnswerNextDialog([](frmColor* d) {
-            d->spin(1)->setValue(77);
-            d->reject();
+        WhenShown<frmColor>([](frmColor& d) {
+            d.spin(1)->setValue(77);
+            d.reject();
         });
         QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), -1);
-        AnswerNextDialog([](frmColor* d) { QTest::keyClick(d, Qt::Key_Escape); });
+        WhenShown<frmColor>([](frmColor& d) { QTest::keyClick(&d, Qt::Key_Escape); });
         QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), -1);
         QCOMPARE(frmColor::recentColors(), recent);
     }
 
     void okReturnsTheColourAndRemembersIt()
     {
-        AnswerNextDialog([](frmColor* d) {
-            QCOMPARE(d->color(), RGB(1, 2, 3));
-            d->spin(2)->setValue(200);
-            d->accept();
+        WhenShown<frmColor>([](frmColor& d) {
+            QCOMPARE(d.color(), RGB(1, 2, 3));
+            d.spin(2)->setValue(200);
+            d.accept();
         });
         QCOMPARE(frmColor::pick(RGB(1, 2, 3), nullptr), RGB(1, 2, 200));
         QCOMPARE(frmColor::recentColors().value(0), RGB(1, 2, 200));
