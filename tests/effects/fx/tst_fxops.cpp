@@ -21,6 +21,10 @@ using namespace velunta::fxtest;
 namespace {
 
 using Op = std::function<bool(Surface&, FxRect, const Surface&, FxRect, const ProgressFn&)>;
+
+// An operation as an Op: d and r are the destination and its rectangle, s and q the
+// source and its rectangle, p the progress.
+#define FX(call) [](Surface& d, FxRect r, const Surface& s, FxRect q, const ProgressFn& p) { return call; }
 struct NamedOp {
     const char* name;
     Op op;
@@ -33,40 +37,26 @@ constexpr Color kTeal = RGB(20, 160, 150);
 const std::vector<NamedOp>& rectOps()
 {
     static const std::vector<NamedOp> ops = {
-        {"brightness",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBrightness(d, r, s, q, 60, p); }},
-        {"gamma", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGamma(d, r, s, q, 1.8, p); }},
-        {"greyscale",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGreyscale(d, r, s, q, p); }},
-        {"invert", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInvert(d, r, s, q, p); }},
-        {"inversion",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInversion(d, r, s, q, 64, p); }},
-        {"saturation",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxSaturation(d, r, s, q, 90, p); }},
-        {"hue", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, 0.33, p); }},
-        {"tone",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxTone(d, r, s, q, kTeal, 200, p); }},
-        {"ambient", [](auto& d, FxRect r, auto& s, FxRect q,
-                       auto& p) { return fxAmbientLight(d, r, s, q, kTeal, 128, p); }},
-        {"reduce",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxReduceColors(d, r, s, q, 160, p); }},
-        {"replace", [](auto& d, FxRect r, auto& s, FxRect q,
-                       auto& p) { return fxReplaceColors(d, r, s, q, 0, kTeal, 40, p); }},
-        {"blur", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBlur(d, r, s, q, p); }},
-        {"emboss",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxEmboss(d, r, s, q, 1.28, p); }},
-        {"engrave",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxEngrave(d, r, s, q, 1.28, p); }},
-        {"relief", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxRelief(d, r, s, q, p); }},
-        {"antialias",
-         [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxAntiAlias(d, r, s, q, 255, p); }},
-        {"alphablend", [](auto& d, FxRect r, auto& s, FxRect q,
-                          auto& p) { return fxAlphaBlend(d, r, s, q, 100, 0xFFFFFF, p); }},
-        {"gridelines", [](auto& d, FxRect r, auto& s, FxRect q,
-                          auto& p) { return fxGridelines(d, r, s, q, kTeal, 60, 3, p); }},
-        {"scanlines", [](auto& d, FxRect r, auto& s, FxRect q,
-                         auto& p) { return fxScanlines(d, r, s, q, kTeal, 60, 2, -1, p); }},
-        {"mosaic", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxMosaic(d, r, s, q, 4, p); }},
+        {"brightness", FX(fxBrightness(d, r, s, q, 60, p))},
+        {"gamma", FX(fxGamma(d, r, s, q, 1.8, p))},
+        {"greyscale", FX(fxGreyscale(d, r, s, q, p))},
+        {"invert", FX(fxInvert(d, r, s, q, p))},
+        {"inversion", FX(fxInversion(d, r, s, q, 64, p))},
+        {"saturation", FX(fxSaturation(d, r, s, q, 90, p))},
+        {"hue", FX(fxHue(d, r, s, q, 0.33, p))},
+        {"tone", FX(fxTone(d, r, s, q, kTeal, 200, p))},
+        {"ambient", FX(fxAmbientLight(d, r, s, q, kTeal, 128, p))},
+        {"reduce", FX(fxReduceColors(d, r, s, q, 160, p))},
+        {"replace", FX(fxReplaceColors(d, r, s, q, 0, kTeal, 40, p))},
+        {"blur", FX(fxBlur(d, r, s, q, p))},
+        {"emboss", FX(fxEmboss(d, r, s, q, 1.28, p))},
+        {"engrave", FX(fxEngrave(d, r, s, q, 1.28, p))},
+        {"relief", FX(fxRelief(d, r, s, q, p))},
+        {"antialias", FX(fxAntiAlias(d, r, s, q, 255, p))},
+        {"alphablend", FX(fxAlphaBlend(d, r, s, q, 100, 0xFFFFFF, p))},
+        {"gridelines", FX(fxGridelines(d, r, s, q, kTeal, 60, 3, p))},
+        {"scanlines", FX(fxScanlines(d, r, s, q, kTeal, 60, 2, -1, p))},
+        {"mosaic", FX(fxMosaic(d, r, s, q, 4, p))},
     };
     return ops;
 }
@@ -75,17 +65,11 @@ const std::vector<NamedOp>& rectOps()
 const std::vector<NamedOp>& surfaceOps()
 {
     static const std::vector<NamedOp> ops = {
-        {"light", [](auto& d, FxRect r, auto&, FxRect,
-                     auto& p) { return fxLight(d, 20, 10, kTeal, 120, 200, 64, 1, r, p); }},
-        {"rotate",
-         [](auto& d, FxRect, auto& s, FxRect q, auto& p) { return fxRotate(d, 17, 9, s, q, 33, 0, p); }},
-        {"zoom",
-         [](auto& d, FxRect, auto& s, FxRect q, auto& p) { return fxZoom(d, 17, 9, s, q, 1.7, 0, p); }},
+        {"light", FX(fxLight(d, 20, 10, kTeal, 120, 200, 64, 1, r, p))},
+        {"rotate", FX(fxRotate(d, 17, 9, s, q, 33, 0, p))},
+        {"zoom", FX(fxZoom(d, 17, 9, s, q, 1.7, 0, p))},
         {"render",
-         [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-             return fxRender(d, 17, 9, s, q.x + 3, q.y - 2, q.x + q.width, q.y + q.height, 170, -48, 0.8, 0,
-                             p);
-         }},
+         FX(fxRender(d, 17, 9, s, q.x + 3, q.y - 2, q.x + q.width, q.y + q.height, 170, -48, 0.8, 0, p))},
     };
     return ops;
 }
@@ -120,61 +104,28 @@ private Q_SLOTS:
     {
         QTest::addColumn<Op>("op");
         const auto row = [](const char* name, Op op) { QTest::newRow(name) << op; };
-        row("brightness 0",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxBrightness(d, r, s, q, 0, p); });
-        row("gamma 1",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxGamma(d, r, s, q, 1.0, p); });
-        row("inversion 0",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxInversion(d, r, s, q, 0, p); });
-        row("saturation 255",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxSaturation(d, r, s, q, 255, p); });
-        row("hue 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, 0.0, p); });
-        row("hue NaN",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxHue(d, r, s, q, std::nan(""), p); });
-        row("tone 0",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxTone(d, r, s, q, kTeal, 0, p); });
-        row("ambient white 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxAmbientLight(d, r, s, q, 0xFFFFFF, 0, p);
-        });
-        row("ambient black 255", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxAmbientLight(d, r, s, q, 0, 255, p);
-        });
-        row("reduce 0",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxReduceColors(d, r, s, q, 0, p); });
-        row("replace none", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxReplaceColors(d, r, s, q, kNoColor, 0, 255, p);
-        });
-        row("antialias 0",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxAntiAlias(d, r, s, q, 0, p); });
-        row("alpha 0", [](auto& d, FxRect r, auto&, FxRect q, auto& p) {
-            return fxAlphaBlend(d, r, TestSurface(5, 5), q, 0, kNoColor, p);
-        });
-        row("gridelines clear", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxGridelines(d, r, s, q, kTeal, 255, 3, p);
-        });
-        row("scanlines 0", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxScanlines(d, r, s, q, kTeal, 0, 0, -1, p);
-        });
-        row("mosaic 1",
-            [](auto& d, FxRect r, auto& s, FxRect q, auto& p) { return fxMosaic(d, r, s, q, 1, p); });
-        row("light 0", [](auto& d, FxRect r, auto&, FxRect, auto& p) {
-            return fxLight(d, 9, 9, kTeal, 200, 0, 50, 1, r, p);
-        });
-        row("rotate 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRotate(d, 40, 40, Surface(s), q, 0, kNoColor, p);
-        });
-        row("rotate 360", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRotate(d, 3, 7, Surface(s), q, -360, kNoColor, p);
-        });
-        row("zoom 1", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxZoom(d, 11, 5, Surface(s), q, 1.0, kNoColor, p);
-        });
-        row("render 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRender(d, 9, 9, Surface(s), 0, 0, q.width, q.height, 255, 0, 1, kNoColor, p);
-        });
-        row("render blending 0", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRender(d, 9, 9, TestSurface(3, 3), 0, 0, 3, 3, 0, 20, 2, kNoColor, p);
-        });
+        row("brightness 0", FX(fxBrightness(d, r, s, q, 0, p)));
+        row("gamma 1", FX(fxGamma(d, r, s, q, 1.0, p)));
+        row("inversion 0", FX(fxInversion(d, r, s, q, 0, p)));
+        row("saturation 255", FX(fxSaturation(d, r, s, q, 255, p)));
+        row("hue 0", FX(fxHue(d, r, s, q, 0.0, p)));
+        row("hue NaN", FX(fxHue(d, r, s, q, std::nan(""), p)));
+        row("tone 0", FX(fxTone(d, r, s, q, kTeal, 0, p)));
+        row("ambient white 0", FX(fxAmbientLight(d, r, s, q, 0xFFFFFF, 0, p)));
+        row("ambient black 255", FX(fxAmbientLight(d, r, s, q, 0, 255, p)));
+        row("reduce 0", FX(fxReduceColors(d, r, s, q, 0, p)));
+        row("replace none", FX(fxReplaceColors(d, r, s, q, kNoColor, 0, 255, p)));
+        row("antialias 0", FX(fxAntiAlias(d, r, s, q, 0, p)));
+        row("alpha 0", FX(fxAlphaBlend(d, r, TestSurface(5, 5), q, 0, kNoColor, p)));
+        row("gridelines clear", FX(fxGridelines(d, r, s, q, kTeal, 255, 3, p)));
+        row("scanlines 0", FX(fxScanlines(d, r, s, q, kTeal, 0, 0, -1, p)));
+        row("mosaic 1", FX(fxMosaic(d, r, s, q, 1, p)));
+        row("light 0", FX(fxLight(d, 9, 9, kTeal, 200, 0, 50, 1, r, p)));
+        row("rotate 0", FX(fxRotate(d, 40, 40, Surface(s), q, 0, kNoColor, p)));
+        row("rotate 360", FX(fxRotate(d, 3, 7, Surface(s), q, -360, kNoColor, p)));
+        row("zoom 1", FX(fxZoom(d, 11, 5, Surface(s), q, 1.0, kNoColor, p)));
+        row("render 0", FX(fxRender(d, 9, 9, Surface(s), 0, 0, q.width, q.height, 255, 0, 1, kNoColor, p)));
+        row("render blending 0", FX(fxRender(d, 9, 9, TestSurface(3, 3), 0, 0, 3, 3, 0, 20, 2, kNoColor, p)));
     }
     void neutralSettingsChangeNothing()
     {
@@ -294,18 +245,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<Op>("op");
         const auto row = [](const char* name, Op op) { QTest::newRow(name) << op; };
-        row("alphablend", [](auto& d, FxRect r, auto& s, FxRect q, auto& p) {
-            return fxAlphaBlend(d, r, s, q, 200, kTeal, p);
-        });
-        row("rotate", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRotate(d, 10, 10, s, q, 30, kTeal, p);
-        });
-        row("zoom", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxZoom(d, 10, 10, s, q, 1.5, kTeal, p);
-        });
-        row("render", [](auto& d, FxRect, auto& s, FxRect q, auto& p) {
-            return fxRender(d, 10, 10, s, 0, 0, q.width, q.height, 255, 30, 0.5, kTeal, p);
-        });
+        row("alphablend", FX(fxAlphaBlend(d, r, s, q, 200, kTeal, p)));
+        row("rotate", FX(fxRotate(d, 10, 10, s, q, 30, kTeal, p)));
+        row("zoom", FX(fxZoom(d, 10, 10, s, q, 1.5, kTeal, p)));
+        row("render", FX(fxRender(d, 10, 10, s, 0, 0, q.width, q.height, 255, 30, 0.5, kTeal, p)));
     }
     void transparentColourIsNeverWritten()
     {
