@@ -97,19 +97,6 @@ private Q_SLOTS:
         QCOMPARE(GetPixel(doc.Buffer, 3, 3), RGB(1, 1, 1));
         QCOMPARE(GetPixel(doc.Buffer, 5, 5), RGB(2, 2, 2)); // old pixels at the rim
     }
-
-    void restoresExactBytes()
-    {
-        Document doc;
-        doc.Buffer.setImage(
-            MakeImage(33, 17, [](int x, int y) { return RGB(x * 7, y * 13, (x * y) & 255); }));
-        const QImage original = doc.Buffer.Image().copy();
-        UndoState undo;
-        PrepUndo(undo, doc);
-        paint(doc, 0);
-        UndoStep(undo, doc, {});
-        QCOMPARE(DifferingPixels(original, doc.Buffer.Image()), 0);
-    }
 };
 
 QTEST_GUILESS_MAIN(tst_UndoRing)

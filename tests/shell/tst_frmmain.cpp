@@ -307,22 +307,9 @@ private Q_SLOTS:
         QVERIFY(f.main().documents().isEmpty());
     }
 
-    void textSizeReachesAnOpenBox()
-    {
-        MainWindowFixture f;
-        frmPaint* form = f.newDocument(100, 80);
-        f.main().Cmd(12)->click();
-        f.main().PaintAreaMouseDown(*form, 1, 0, 10, 10);
-        f.main().PaintAreaMouseUp(*form, 1, 0, 10, 10);
-        QVERIFY(form->doc.textBox.InputVisible);
-        form->PreDefZoom(200);
-        f.main().state().SelectorValues[7].Value = 30;
-        f.main().controls()->ApplyTextSize();
-        QCOMPARE(form->doc.Buffer.FontSize, 30.0);
-        QCOMPARE(form->doc.textBox.FontSize, 60.0); // the box shows the size at the zoom
-    }
-
-    void textBoxIgnoresColourChange()
+    // An open text box takes a new size at the zoom it shows and the strip's colours,
+    // and stays open: nothing is applied.
+    void openTextBoxFollowsSizeAndColours()
     {
         MainWindowFixture f;
         frmMain& m = f.main();
@@ -330,13 +317,19 @@ private Q_SLOTS:
         m.Cmd(12)->click();
         m.PaintAreaMouseDown(*form, 1, 0, 10, 10);
         m.PaintAreaMouseUp(*form, 1, 0, 10, 10);
+        QVERIFY(form->doc.textBox.InputVisible);
+        form->PreDefZoom(200);
+        m.state().SelectorValues[7].Value = 30;
+        m.controls()->ApplyTextSize();
+        QCOMPARE(form->doc.Buffer.FontSize, 30.0);
+        QCOMPARE(form->doc.textBox.FontSize, 60.0); // the box shows the size at the zoom
         m.state().ForeColor = RGB(200, 0, 0);
         m.state().BackColor = RGB(0, 0, 90);
         Q_EMIT m.colorStrip()->colorsChanged(); // a colour picked in the strip
         QCOMPARE(form->doc.textBox.ForeColor, RGB(200, 0, 0));
         QCOMPARE(form->TextInput()->palette().color(QPalette::Text), QColor(200, 0, 0));
         QCOMPARE(form->TextInput()->palette().color(QPalette::Base), QColor(0, 0, 90));
-        QVERIFY(form->doc.textBox.InputVisible); // still open, not applied
+        QVERIFY(form->doc.textBox.InputVisible);
     }
 
     // The letter keys of the tool table, the pointer's "C" too; with Ctrl it is a copy.

@@ -168,9 +168,6 @@ private Q_SLOTS:
         QTest::addColumn<int>("icon");
         QTest::addColumn<int>("buttons");
         QTest::newRow("plain") << int(vbOKOnly) << int(B::NoIcon) << int(B::Ok);
-        QTest::newRow("critical") << int(vbCritical) << int(B::Critical) << int(B::Ok);
-        QTest::newRow("question") << int(vbQuestion) << int(B::Question) << int(B::Ok);
-        QTest::newRow("exclamation") << int(vbExclamation) << int(B::Warning) << int(B::Ok);
         QTest::newRow("information") << int(vbInformation) << int(B::Information) << int(B::Ok);
         QTest::newRow("critical, OK and Cancel")
             << vbCritical + vbOKCancel << int(B::Critical) << int(B::Ok | B::Cancel);
