@@ -38,8 +38,7 @@ namespace {
 struct Browser {
     explicit Browser(int w = 40, int h = 30, bool selection = false)
     {
-        form = f.newDocument(w, h);
-        form->doc.Buffer.setImage(Pattern(w, h));
+        form = f.newDocument(Pattern(w, h));
         if (selection) {
             ShowFloat(form->doc, {5, 4, 12, 10}, RGB(30, 160, 90));
             UpdateView(form->doc, form->doc.Buffer, 0, 0, 100);

@@ -98,9 +98,8 @@ private Q_SLOTS:
         QFETCH(bool, selection);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(48, 36);
+        frmPaint* form = f.newDocument(Pattern(48, 36));
         Document& doc = form->doc;
-        doc.Buffer.setImage(Pattern(48, 36));
         const QRect where(9, 5, 21, 14);
         if (selection) {
             ShowFloat(doc, where, 0).setImage(Pattern(where.width(), where.height(), 99));
@@ -142,9 +141,8 @@ private Q_SLOTS:
         QFETCH(bool, toolbar);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(40, 30);
+        frmPaint* form = f.newDocument(Pattern(40, 30));
         Document& doc = form->doc;
-        doc.Buffer.setImage(Pattern(40, 30));
         const QImage before = doc.Buffer.Image().copy();
         form->PreDefZoom(200);
         ShowFloat(doc, QRect(2, 2, 5, 5), RGB(1, 2, 3));
@@ -207,8 +205,7 @@ private Q_SLOTS:
         QFETCH(bool, turns);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(Pattern(30, 20));
+        frmPaint* form = f.newDocument(Pattern(30, 20));
         const QImage before = form->doc.Buffer.Image().copy();
         const int slot = m.undo().UndoWriteSlot;
         WhenShown<frmRotate>([angle](frmRotate& d) {
@@ -241,9 +238,8 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         m.state().BackColor = RGB(12, 34, 56);
-        frmPaint* form = f.newDocument(30, 20);
+        frmPaint* form = f.newDocument(Pattern(30, 20));
         Document& doc = form->doc;
-        doc.Buffer.setImage(Pattern(30, 20));
         ShowFloat(doc, QRect(3, 3, 6, 6), RGB(9, 9, 9));
         UpdateView(doc, doc.Buffer, 0, 0, 100);
         const QImage before = doc.Buffer.Image().copy();

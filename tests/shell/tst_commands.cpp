@@ -61,9 +61,8 @@ private Q_SLOTS:
         QFETCH(bool, selection);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(40, 30);
+        frmPaint* form = f.newDocument(Pattern(40, 30));
         Document& doc = form->doc;
-        doc.Buffer.setImage(Pattern(40, 30));
         if (selection) {
             ShowFloat(doc, {5, 6, 12, 10}, RGB(9, 99, 199));
             UpdateView(doc, doc.Buffer, 0, 0, 100);
@@ -99,9 +98,8 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(40, 30);
+        frmPaint* form = f.newDocument(Pattern(40, 30));
         Document& doc = form->doc;
-        doc.Buffer.setImage(Pattern(40, 30));
         const QRect where(8, 4, 10, 12);
         Surface& sel = ShowFloat(doc, where, RGB(200, 10, 10));
         doc.SelectionLifted = false;

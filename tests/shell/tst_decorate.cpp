@@ -34,16 +34,6 @@ using namespace velunta::test;
 
 namespace {
 
-// A document showing `picture`, with no undo step taken yet.
-frmPaint* documentWith(MainWindowFixture& f, const QImage& picture)
-{
-    frmPaint* form = f.newDocument(picture.width(), picture.height());
-    form->doc.Buffer.setImage(picture);
-    form->doc.Buffer.keepImageAsPicture();
-    form->doc.invalidateView();
-    return form;
-}
-
 // A selection of x, y, w, h drawn with the selection tool at 100 %.
 void select(MainWindowFixture& f, frmPaint& form, int x, int y, int w, int h)
 {
@@ -103,7 +93,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(60, 40);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         select(f, *form, 10, 8, 20, 16);
         const QImage under = picture.copy(10, 8, 20, 16);
         WhenShown<Frmblend>([](Frmblend& d) {
@@ -126,7 +116,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(50, 30, 3);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         select(f, *form, 4, 4, 30, 20);
         const QImage under = picture.copy(4, 4, 30, 20);
         WhenShown<Frmblend>([](Frmblend& d) {
@@ -156,7 +146,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(40, 30);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         select(f, *form, 2, 2, 20, 20);
         form->doc.Dirty = false;
         const int steps = m.undo().UndoWriteSlot;
@@ -177,7 +167,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(64, 48);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         QTemporaryDir dir;
         const QImage photo = Pattern(100, 20, 99);
         const QString path = dir.filePath(QStringLiteral("photo.bmp"));
@@ -205,7 +195,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(30, 30);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("small.bmp"));
         QVERIFY(Pattern(10, 10, 5).save(path));
@@ -235,7 +225,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(30, 20);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("broken.jpg"));
         if (folder)
@@ -258,7 +248,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(40, 40);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         select(f, *form, 0, 0, 16, 16);
         m.CmdCommands(19)->click();
         QCOMPARE(m.blendState.BlendRatio, 64);
@@ -283,7 +273,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(45, 35);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         m.action(vertical ? MenuId::mnuReverseBlendV1 : MenuId::mnuReverseBlendH1, index)->trigger();
         QCOMPARE(form->doc.Buffer.Image(),
                  Changed(picture, [&](Surface& s) { ReverseBlendPicture(s, vertical, index, {}); }));
@@ -296,7 +286,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(80, 60);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         WhenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbTransThick()->setEditText(QStringLiteral("10"));
             QVERIFY(d.optFrame(1)->isChecked());  // changing the band chooses the transparency frame
@@ -318,7 +308,7 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         const QImage picture = Pattern(60, 50);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         select(f, *form, 10, 10, 30, 20);
         WhenShown<frmPictureFrames>([](frmPictureFrames& d) {
             d.cmbThickness()->setEditText(QStringLiteral("4"));
@@ -341,7 +331,7 @@ private Q_SLOTS:
         CopyMissingDataFiles(qEnvironmentVariable("VELUNTA_DATA"), f.appFolder());
         frmMain& m = f.main();
         const QImage picture = Pattern(200, 150);
-        frmPaint* form = documentWith(f, picture);
+        frmPaint* form = f.newDocument(picture);
         bool bordersShown = false;
         WhenShown<frmPictureFrames>([&](frmPictureFrames& d) {
             WhenShown<frmBorders>([&](frmBorders& b) {
@@ -448,7 +438,7 @@ private Q_SLOTS:
         frmMain& m = f.main();
         m.resize(1100, 760);
         m.show();
-        frmPaint* form = documentWith(f, landscape(640, 420));
+        frmPaint* form = f.newDocument(landscape(640, 420));
         select(f, *form, 60, 60, 240, 160);
         auto shoot = [&](QWidget& w, const char* name) {
             w.show();

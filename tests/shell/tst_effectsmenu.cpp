@@ -81,8 +81,7 @@ private Q_SLOTS:
         QFETCH(int, expected);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(colourful(30, 20));
+        frmPaint* form = f.newDocument(colourful(30, 20));
         const QImage before = form->doc.Buffer.Image().copy();
         const int slot = m.undo().UndoWriteSlot;
         QAction* entry = m.action(MenuId::Greyscale, index);
@@ -112,8 +111,7 @@ private Q_SLOTS:
         QFETCH(int, step);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(colourful(30, 20));
+        frmPaint* form = f.newDocument(colourful(30, 20));
         const QImage before = form->doc.Buffer.Image().copy();
         for (bool fromToolbar : {false, true}) {
             if (fromToolbar)
@@ -137,9 +135,8 @@ private Q_SLOTS:
     {
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(30, 20);
+        frmPaint* form = f.newDocument(colourful(30, 20));
         Document& doc = form->doc;
-        doc.Buffer.setImage(colourful(30, 20));
         const QImage under = doc.Buffer.Image().copy();
         Surface& sel = ShowFloat(doc, {4, 5, 10, 8}, RGB(200, 120, 40));
         m.action(MenuId::Greyscale, 3)->trigger(); // "Red Dark"

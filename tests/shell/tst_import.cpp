@@ -151,8 +151,7 @@ private Q_SLOTS:
     {
         QTemporaryDir dir;
         MainWindowFixture f;
-        frmPaint* form = f.newDocument(30, 20);
-        form->doc.Buffer.setImage(Pattern(30, 20));
+        frmPaint* form = f.newDocument(Pattern(30, 20));
         form->doc.Buffer.Tag = dir.filePath(QStringLiteral("mine.bmp"));
         f.dialogs.paths.enqueue(dir.filePath(QStringLiteral("exported")));
         f.main().action(MenuId::mnuExportPNG)->trigger();
@@ -260,8 +259,7 @@ private Q_SLOTS:
         QAction* entry = m.action(MenuId::mnucopyIrfanview);
         QTRY_VERIFY(m.IrfanViewPath.size() > 5);
         QCOMPARE(entry->text(), QStringLiteral("Copy To Fake Viewer"));
-        frmPaint* form = f.newDocument(24, 16);
-        form->doc.Buffer.setImage(Pattern(24, 16));
+        frmPaint* form = f.newDocument(Pattern(24, 16));
         form->doc.SetCaption(QStringLiteral("/somewhere/holiday.jpg"));
         QVERIFY(entry->isVisible() && entry->isEnabled());
         entry->trigger();

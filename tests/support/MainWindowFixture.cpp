@@ -66,6 +66,15 @@ frmPaint* MainWindowFixture::newDocument(int w, int h, Color background)
     return form;
 }
 
+frmPaint* MainWindowFixture::newDocument(const QImage& picture)
+{
+    frmPaint* form = newDocument(picture.width(), picture.height());
+    form->doc.Buffer.setImage(picture);
+    form->doc.Buffer.keepImageAsPicture();
+    form->doc.invalidateView();
+    return form;
+}
+
 void MainWindowFixture::drag(frmPaint& form, QPointF from, QPointF to, int moves)
 {
     m_main->PaintAreaMouseDown(form, 1, 0, float(from.x()), float(from.y()));

@@ -66,6 +66,9 @@ public:
 
     // A new white document of w x h pixels, active.
     frmPaint* newDocument(int w = 64, int h = 48, Color background = 0xFFFFFF);
+    // A new document showing `picture` as an opened file shows it, active, with no undo
+    // step taken yet.
+    frmPaint* newDocument(const QImage& picture);
     // A press, `moves` moves along the way and a release through the window's pointer
     // events, in view pixels.
     void drag(frmPaint& form, QPointF from, QPointF to, int moves = 1);
