@@ -72,21 +72,17 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("caption");
-        QTest::newRow("plain") << "Sepia"
-                               << "Sepia";
-        QTest::newRow("first letter up") << "oil paint"
-                                         << "Oil paint";
-        QTest::newRow("cut at .exe") << "blur.exe"
-                                     << "Blur";
-        QTest::newRow("cut at the first .exe") << "my.exe tool.exe"
-                                               << "My";
-        QTest::newRow(".exe is matched as written") << "Gray.EXE"
-                                                    << "Gray.EXE";
-        QTest::newRow("leading degree sign") << QStringLiteral("\u00b0special.exe") << "Special";
-        QTest::newRow("only an extension") << ".exe"
-                                           << "";
-        QTest::newRow("other extensions stay") << "frame.sh"
-                                               << "Frame.sh";
+        const auto row = [](const char* name, QString file, QString caption) {
+            QTest::newRow(name) << file << caption;
+        };
+        row("plain", "Sepia", "Sepia");
+        row("first letter up", "oil paint", "Oil paint");
+        row("cut at .exe", "blur.exe", "Blur");
+        row("cut at the first .exe", "my.exe tool.exe", "My");
+        row(".exe is matched as written", "Gray.EXE", "Gray.EXE");
+        row("leading degree sign", QStringLiteral("\u00b0special.exe"), "Special");
+        row("only an extension", ".exe", "");
+        row("other extensions stay", "frame.sh", "Frame.sh");
     }
     void captions()
     {

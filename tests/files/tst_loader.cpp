@@ -367,15 +367,9 @@ private Q_SLOTS:
     void packedDib_data()
     {
         QTest::addColumn<QStringList>("arguments");
-        QTest::newRow("24 bits") << QStringList{QStringLiteral("BMP3:")};
-        QTest::newRow("8 bits") << QStringList{QStringLiteral("-colors"), QStringLiteral("200"),
-                                               QStringLiteral("BMP3:")};
-        QTest::newRow("rle8") << QStringList{QStringLiteral("-colors"), QStringLiteral("200"),
-                                             QStringLiteral("-compress"), QStringLiteral("RLE"),
-                                             QStringLiteral("BMP3:")};
-        QTest::newRow("bit fields") << QStringList{
-            QStringLiteral("-define"), QStringLiteral("bmp:subtype=RGB565"), QStringLiteral("BMP:")};
-        QTest::newRow("os2") << QStringList{QStringLiteral("BMP2:")};
+        for (const char* arguments : {"BMP3:", "-colors 200 BMP3:", "-colors 200 -compress RLE BMP3:",
+                                      "-define bmp:subtype=RGB565 BMP:", "BMP2:"})
+            QTest::newRow(arguments) << QString::fromLatin1(arguments).split(u' ');
     }
     void packedDib()
     {
@@ -532,18 +526,17 @@ private Q_SLOTS:
     {
         if (!HaveTool(QStringLiteral("djpeg")))
             QSKIP("djpeg is needed");
-        for (const char* name : {"progressive jpeg cut short"}) {
-            const QByteArray bytes = fault(name);
-            const LoadedPicture loaded = DecodePicture(bytes);
-            QVERIFY2(!loaded.image.isNull(), qPrintable(loaded.error));
-            QVERIFY(!loaded.warning.isEmpty());
-            QProcess djpeg;
-            djpeg.start(QStringLiteral("djpeg"),
-                        {QStringLiteral("-ppm"), write(QStringLiteral("cut.jpg"), bytes)});
-            QVERIFY(djpeg.waitForFinished());
-            const QImage expected = QImage::fromData(djpeg.readAllStandardOutput(), "PPM");
-            QCOMPARE(DifferingPixels(loaded.image, expected.convertToFormat(QImage::Format_RGB32)), 0);
-        }
+        const QByteArray bytes = fault("progressive jpeg cut short");
+        const LoadedPicture loaded = DecodePicture(bytes);
+        QVERIFY2(!loaded.image.isNull(), qPrintable(loaded.error));
+        QVERIFY(!loaded.warning.isEmpty());
+        // djpeg ends with a warning status on a file cut short: its output is read as it is.
+        QProcess djpeg;
+        djpeg.start(QStringLiteral("djpeg"),
+                    {QStringLiteral("-ppm"), write(QStringLiteral("cut.jpg"), bytes)});
+        QVERIFY(djpeg.waitForFinished());
+        const QImage expected = QImage::fromData(djpeg.readAllStandardOutput(), "PPM");
+        QCOMPARE(DifferingPixels(loaded.image, expected.convertToFormat(QImage::Format_RGB32)), 0);
     }
 
     // Cut short files are refused, but JPEG, which shows what arrived of its picture data;
@@ -552,26 +545,19 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("arguments");
-        QTest::newRow("rle8") << "rle8.bmp"
-                              << "-colors 200 -compress RLE BMP3:";
-        QTest::newRow("os2 8") << "os8.bmp"
-                               << "-colors 200 -type Palette BMP2:";
-        QTest::newRow("rgb565") << "b565.bmp"
-                                << "-define bmp:subtype=RGB565 BMP:";
-        QTest::newRow("jpeg progressive") << "p.jpg"
-                                          << "-interlace JPEG";
-        QTest::newRow("jpeg") << "b.jpg"
-                              << "-quality 80";
-        QTest::newRow("gif interlaced") << "i.gif"
-                                        << "-interlace GIF";
-        QTest::newRow("ico") << "b.ico"
-                             << "-define icon:auto-resize=16,48,32";
-        QTest::newRow("cur") << "b.cur"
-                             << "CUR:";
-        QTest::newRow("png") << "a.png"
-                             << "-alpha set -channel A -fx i/w +channel -strip";
-        QTest::newRow("png interlaced") << "pi.png"
-                                        << "-interlace PNG -strip PNG:";
+        const auto row = [](const char* name, QString file, QString arguments) {
+            QTest::newRow(name) << file << arguments;
+        };
+        row("rle8", "rle8.bmp", "-colors 200 -compress RLE BMP3:");
+        row("os2 8", "os8.bmp", "-colors 200 -type Palette BMP2:");
+        row("rgb565", "b565.bmp", "-define bmp:subtype=RGB565 BMP:");
+        row("jpeg progressive", "p.jpg", "-interlace JPEG");
+        row("jpeg", "b.jpg", "-quality 80");
+        row("gif interlaced", "i.gif", "-interlace GIF");
+        row("ico", "b.ico", "-define icon:auto-resize=16,48,32");
+        row("cur", "b.cur", "CUR:");
+        row("png", "a.png", "-alpha set -channel A -fx i/w +channel -strip");
+        row("png interlaced", "pi.png", "-interlace PNG -strip PNG:");
     }
     void brokenFiles()
     {

@@ -346,31 +346,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("chosen");
         QTest::addColumn<QString>("proposal");
         QTest::addColumn<QString>("written");
-        QTest::newRow("a bmp becomes jpg") << "/p/photo.bmp - 100%"
-                                           << "/p/out"
-                                           << "/p/photo.jpg"
-                                           << "/p/out.jpg";
-        QTest::newRow("new picture: the name is cut") << "Untitled - 100%"
-                                                      << "x.jpeg"
-                                                      << "Unti.jpg"
-                                                      << "x..jpg";
-        QTest::newRow("other zooms cut differently") << "/p/dog.jpg - 25%"
-                                                     << "a.jpg"
-                                                     << "/p/do.jpg"
-                                                     << "a.jpg";
+        const auto row = [](const char* name, QString caption, QString chosen, QString proposal,
+                            QString written) {
+            QTest::newRow(name) << caption << chosen << proposal << written;
+        };
+        row("a bmp becomes jpg", "/p/photo.bmp - 100%", "/p/out", "/p/photo.jpg", "/p/out.jpg");
+        row("new picture: the name is cut", "Untitled - 100%", "x.jpeg", "Unti.jpg", "x..jpg");
+        row("other zooms cut differently", "/p/dog.jpg - 25%", "a.jpg", "/p/do.jpg", "a.jpg");
         // An upper-case extension counts as the right one; another is replaced.
-        QTest::newRow("upper-case name") << "/p/CAT.JPG - 100%"
-                                         << "/p/OUT.JPG"
-                                         << "/p/CAT.JPG"
-                                         << "/p/OUT.JPG";
-        QTest::newRow("upper-case other extension") << "/p/CAT.BMP - 100%"
-                                                    << "/p/OUT.BMP"
-                                                    << "/p/CAT.jpg"
-                                                    << "/p/OUT.jpg";
-        QTest::newRow("dot in a folder name") << "/home/jo.doe/Pictures/cat.bmp - 100%"
-                                              << "/home/jo.doe/Pictures/out"
-                                              << "/home/jo.doe/Pictures/cat.jpg"
-                                              << "/home/jo.doe/Pictures/out.jpg";
+        row("upper-case name", "/p/CAT.JPG - 100%", "/p/OUT.JPG", "/p/CAT.JPG", "/p/OUT.JPG");
+        row("upper-case other extension", "/p/CAT.BMP - 100%", "/p/OUT.BMP", "/p/CAT.jpg", "/p/OUT.jpg");
+        row("dot in a folder name", "/home/jo.doe/Pictures/cat.bmp - 100%", "/home/jo.doe/Pictures/out",
+            "/home/jo.doe/Pictures/cat.jpg", "/home/jo.doe/Pictures/out.jpg");
     }
     void exportNames()
     {
