@@ -5,10 +5,10 @@
 #include "core/AppFolder.h"
 #include "core/OutsideProgram.h"
 #include "files/BmpWriter.h"
-#include "files/read/PictureLoader.h"
 #include "files/outside/DesktopViewer.h"
 #include "files/outside/Scanner.h"
 #include "files/outside/Wallpaper.h"
+#include "files/read/PictureLoader.h"
 #include "support/OutsideFixtures.h"
 #include "support/OutsideTools.h"
 #include "support/TestImages.h"
@@ -84,28 +84,18 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("arguments");
         const QString path = QStringLiteral("/home/u/Velunta/VeluntaWallPaper.bmp");
         const QString uri = QStringLiteral("file://") + path;
-        QTest::newRow("GNOME") << "ubuntu:GNOME"
-                               << "gsettings"
-                               << QStringList{"set", "org.gnome.desktop.background", "picture-uri",      uri,
-                                              "set", "org.gnome.desktop.background", "picture-uri-dark", uri};
-        QTest::newRow("Budgie") << "Budgie:GNOME"
-                                << "gsettings"
-                                << QStringList{
-                                       "set", "org.gnome.desktop.background", "picture-uri",      uri,
-                                       "set", "org.gnome.desktop.background", "picture-uri-dark", uri};
-        QTest::newRow("Cinnamon") << "X-Cinnamon"
-                                  << "gsettings"
-                                  << QStringList{"set", "org.cinnamon.desktop.background", "picture-uri",
-                                                 uri};
-        QTest::newRow("MATE") << "MATE"
-                              << "gsettings"
-                              << QStringList{"set", "org.mate.background", "picture-filename", path};
-        QTest::newRow("KDE") << "KDE"
-                             << "plasma-apply-wallpaperimage" << QStringList{path};
-        QTest::newRow("LXQt") << "LXQt"
-                              << "pcmanfm-qt" << QStringList{"--set-wallpaper=" + path};
-        QTest::newRow("other") << "openbox"
-                               << "feh" << QStringList{"--bg-fill", path};
+        const auto row = [](const char* current, QString program, QStringList arguments) {
+            QTest::newRow(current) << QString::fromLatin1(current) << program << arguments;
+        };
+        const QStringList gnome{"set", "org.gnome.desktop.background", "picture-uri",      uri,
+                                "set", "org.gnome.desktop.background", "picture-uri-dark", uri};
+        row("ubuntu:GNOME", "gsettings", gnome);
+        row("Budgie:GNOME", "gsettings", gnome);
+        row("X-Cinnamon", "gsettings", {"set", "org.cinnamon.desktop.background", "picture-uri", uri});
+        row("MATE", "gsettings", {"set", "org.mate.background", "picture-filename", path});
+        row("KDE", "plasma-apply-wallpaperimage", {path});
+        row("LXQt", "pcmanfm-qt", {"--set-wallpaper=" + path});
+        row("openbox", "feh", {"--bg-fill", path});
     }
     void wallpaperSetterByDesktop()
     {

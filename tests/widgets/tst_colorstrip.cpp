@@ -473,14 +473,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<int>("value");
-        QTest::newRow("256 of the far right") << "256"
-                                              << "255" << 255;
-        QTest::newRow("negative") << "-4"
-                                  << "0" << 0;
-        QTest::newRow("empty waits for key up") << ""
-                                                << "" << 0;
-        QTest::newRow("no number counts as 0") << "x"
-                                               << "x" << 0;
+        const auto row = [](const char* name, QString typed, QString shown, int value) {
+            QTest::newRow(name) << typed << shown << value;
+        };
+        row("256 of the far right", "256", "255", 255);
+        row("negative", "-4", "0", 0);
+        row("empty waits for key up", "", "", 0);
+        row("no number counts as 0", "x", "x", 0);
     }
     void boxText()
     {
@@ -496,18 +495,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("color");
         QTest::addColumn<QString>("html");
         QTest::addColumn<QString>("typed"); // read back as `color`, or -1 when refused
-        QTest::newRow("red is the low byte") << RGB(255, 0, 0) << "#FF0000"
-                                             << "#FF0000";
-        QTest::newRow("blue is the high byte") << RGB(0, 0, 255) << "#0000FF"
-                                               << "  0000ff ";
-        QTest::newRow("mixed") << RGB(0x12, 0xAB, 0x0C) << "#12AB0C"
-                               << "12ab0c";
-        QTest::newRow("no colour reads as its last six digits") << -1 << "#FFFFFF"
-                                                                << "#FF80";
-        QTest::newRow("not hex") << -1 << "#FFFFFF"
-                                 << "#GG0000";
-        QTest::newRow("too long") << -1 << "#FFFFFF"
-                                  << "#FF80001";
+        const auto row = [](const char* name, int color, QString html, QString typed) {
+            QTest::newRow(name) << color << html << typed;
+        };
+        row("red is the low byte", RGB(255, 0, 0), "#FF0000", "#FF0000");
+        row("blue is the high byte", RGB(0, 0, 255), "#0000FF", "  0000ff ");
+        row("mixed", RGB(0x12, 0xAB, 0x0C), "#12AB0C", "12ab0c");
+        row("no colour reads as its last six digits", -1, "#FFFFFF", "#FF80");
+        row("not hex", -1, "#FFFFFF", "#GG0000");
+        row("too long", -1, "#FFFFFF", "#FF80001");
     }
     void html()
     {
