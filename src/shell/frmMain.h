@@ -269,7 +269,9 @@ public:
     void mnuAcquire_Click();
     void mnuwallpaper_Click();
     // Places a picture on the active document as a floating selection, as Paste does.
-    void PastePicture(const QImage& picture);
+    // With `stamp`, the picture is that stamp on a plain ground, and the stamp with its
+    // own transparency floats instead (tools/Selection.h, LetStampShowThrough).
+    void PastePicture(const QImage& picture, const QImage& stamp = QImage());
     // The desktop viewer's command (its Exec line; known when longer than 5 characters),
     // its name, icon and .desktop file.
     QString IrfanViewPath;
