@@ -101,6 +101,15 @@ struct WindowBench {
         QPainter p(&screen);
         form.back()->render(&p, QPoint(), QRegion(form.back()->rect()), QWidget::DrawChildren);
     }
+    // Shows the window, so that a refresh paints through the window system's path.
+    void showWindow()
+    {
+        form.show();
+        QCoreApplication::processEvents();
+    }
+    // What the event loop does after a mouse event of a shown window: it paints the
+    // rectangles the refresh invalidated, not the whole window.
+    static void refreshView() { QCoreApplication::processEvents(); }
     // The picture position at the middle of the visible view.
     QPoint visibleMiddle() const
     {

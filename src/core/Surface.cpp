@@ -66,6 +66,7 @@ void Surface::trackChanges(int tileSize)
     m_tile = std::max(0, tileSize);
     m_changedAll = true;
     m_changed.clear();
+    m_changedList.clear();
 }
 
 void Surface::markChanged(const QRect& r)
@@ -81,8 +82,13 @@ void Surface::markChanged(const QRect& r)
         return;
     }
     for (int ty = box.top() / m_tile; ty <= box.bottom() / m_tile; ++ty)
-        std::fill_n(m_changed.begin() + std::ptrdiff_t(ty) * columns + box.left() / m_tile,
-                    box.right() / m_tile - box.left() / m_tile + 1, std::uint8_t(1));
+        for (int tx = box.left() / m_tile; tx <= box.right() / m_tile; ++tx) {
+            const int index = ty * columns + tx;
+            if (!m_changed[std::size_t(index)]) {
+                m_changed[std::size_t(index)] = 1;
+                m_changedList.push_back(index);
+            }
+        }
 }
 
 Surface::Changes Surface::takeChanges()
@@ -96,14 +102,32 @@ Surface::Changes Surface::takeChanges()
     // knows which pixels changed.
     out.all = m_tile <= 0 || m_changedAll || m_image.cacheKey() != m_reportedKey ||
               out.columns != m_columns || out.rows != m_rows;
+    const std::size_t count = std::size_t(out.columns) * out.rows;
+    if (out.all || m_changed.size() != count)
+        m_changed.assign(count, 0);
+    else
+        for (int index : m_changedList)
+            m_changed[std::size_t(index)] = 0;
     if (!out.all)
-        out.tiles.swap(m_changed);
+        out.tiles.swap(m_changedList);
+    m_changedList.clear();
     m_columns = out.columns;
     m_rows = out.rows;
-    m_changed.assign(std::size_t(m_columns) * m_rows, 0);
     m_changedAll = false;
     m_reportedKey = m_image.cacheKey();
     return out;
+}
+
+bool Surface::adoptCopy(QImage copy, qint64 key)
+{
+    if (m_image.cacheKey() != key || copy.size() != m_image.size() || copy.format() != m_image.format())
+        return false;
+    // The copy's key is new; a layer whose writes were all reported stays so.
+    const bool reported = m_reportedKey == key;
+    m_image = std::move(copy);
+    if (reported)
+        m_reportedKey = m_image.cacheKey();
+    return true;
 }
 
 void Surface::setImage(const QImage& image)

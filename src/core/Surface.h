@@ -109,17 +109,24 @@ public:
 
     // Change tracking, by square tiles of `tileSize` pixels (the document's picture
     // turns it on for its undo store). takeChanges() reports the tiles written since
-    // the previous call, one byte per tile row by row; `all` is set when the size
-    // changed or a write went to Image without reporting itself through touch().
+    // the previous call, by index row by row, each once and in no order; `all` is set
+    // when the size changed or a write went to Image without reporting itself through
+    // touch(). Both cost what was written, not the picture's size.
     struct Changes {
         bool all = true;
         int columns = 0;
         int rows = 0;
-        std::vector<std::uint8_t> tiles;
+        std::vector<int> tiles;
     };
     void trackChanges(int tileSize);
     int changeTile() const { return m_tile; }
     Changes takeChanges();
+
+    // Gives the drawing layer `copy`, which holds the same pixels, as its own, so that
+    // the next write needn't copy pixels it shares with the persistent layer or an undo
+    // step. `key` is the layer's cacheKey() when the copy was taken; if the layer has
+    // been written since, nothing happens and false comes back.
+    bool adoptCopy(QImage copy, qint64 key);
 
 private:
     static QImage allocate(int w, int h);
@@ -134,8 +141,9 @@ private:
     int m_columns = 0;
     int m_rows = 0;
     bool m_changedAll = true;
-    qint64 m_reportedKey = 0; // Image's cache key after the last reported write
-    std::vector<std::uint8_t> m_changed;
+    qint64 m_reportedKey = 0;            // Image's cache key after the last reported write
+    std::vector<std::uint8_t> m_changed; // per tile, set when listed in m_changedList
+    std::vector<int> m_changedList;
 };
 
 } // namespace velunta

@@ -15,14 +15,10 @@ std::size_t addedBytes(const UndoSnapshot* previous, const UndoSnapshot& next)
     std::size_t bytes = 0;
     if (!previous || previous->base.constBits() != next.base.constBits())
         bytes += std::size_t(next.base.sizeInBytes());
-    for (std::size_t i = 0; i < next.tiles.size(); ++i) {
-        const QImage& tile = next.tiles[i];
-        if (tile.isNull())
-            continue;
-        const bool shared =
-            previous && i < previous->tiles.size() && previous->tiles[i].constBits() == tile.constBits();
-        if (!shared)
-            bytes += std::size_t(tile.sizeInBytes());
+    for (const UndoTile& tile : next.tiles) {
+        const QImage* before = previous ? previous->tile(tile.index) : nullptr;
+        if (!before || before->constBits() != tile.pixels.constBits())
+            bytes += std::size_t(tile.pixels.sizeInBytes());
     }
     return bytes;
 }

@@ -3,13 +3,19 @@
 #include <QRgb>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
+#include <exception>
 #include <set>
+#include <system_error>
 #include <utility>
 
 namespace velunta {
 
 namespace {
+
+// Below this many pixels a copy costs less than starting a thread for it.
+constexpr qint64 kAheadPixels = qint64(1) << 18;
 
 QRect tileRect(int index, int columns, const QSize& size)
 {
@@ -27,31 +33,42 @@ void copyPixels(QImage& dst, const QPoint& at, const QImage& src, const QRect& f
                     reinterpret_cast<const QRgb*>(src.constScanLine(from.top() + row)) + from.left(), bytes);
 }
 
-// Writes tile `index` of the snapshot (its own copy, else the base's pixels) into dst,
-// clipped to dst.
-void writeTile(QImage& dst, const UndoSnapshot& snap, int index)
+// Writes tile `index` of the snapshot (its own copy `own`, else the base's pixels) into
+// dst, clipped to dst.
+void writeTile(QImage& dst, const UndoSnapshot& snap, int index, const QImage* own)
 {
     const QRect r = tileRect(index, snap.columns, snap.base.size()).intersected(dst.rect());
     if (r.isEmpty())
         return;
-    const bool own = !snap.tiles.empty() && !snap.tiles[std::size_t(index)].isNull();
     if (own)
-        copyPixels(dst, r.topLeft(), snap.tiles[std::size_t(index)], QRect(QPoint(0, 0), r.size()));
+        copyPixels(dst, r.topLeft(), *own, QRect(QPoint(0, 0), r.size()));
     else
         copyPixels(dst, r.topLeft(), snap.base, r);
 }
 
 } // namespace
 
+const QImage* UndoSnapshot::tile(int index) const
+{
+    const auto it = std::lower_bound(tiles.begin(), tiles.end(), index,
+                                     [](const UndoTile& t, int i) { return t.index < i; });
+    return it != tiles.end() && it->index == index ? &it->pixels : nullptr;
+}
+
 QImage UndoSnapshot::toImage() const
 {
     if (empty())
         return QImage();
     QImage out = base.copy();
-    for (std::size_t i = 0; i < tiles.size(); ++i)
-        if (!tiles[i].isNull())
-            writeTile(out, *this, int(i));
+    for (const UndoTile& t : tiles)
+        writeTile(out, *this, t.index, &t.pixels);
     return out;
+}
+
+UndoStore::~UndoStore()
+{
+    if (m_ahead.valid())
+        m_ahead.wait();
 }
 
 void UndoStore::attach(Surface& picture)
@@ -65,18 +82,27 @@ void UndoStore::absorb(Surface& picture)
     Surface::Changes changes = picture.takeChanges();
     if (m_lost)
         return;
-    if (changes.all || changes.columns * changes.rows != int(m_sinceBase.size())) {
+    if (changes.all || std::size_t(changes.columns) * changes.rows != m_sinceBase.size()) {
         m_lost = true;
         return;
     }
-    for (std::size_t i = 0; i < changes.tiles.size(); ++i)
-        if (changes.tiles[i]) {
-            if (!m_sinceBase[i]) {
-                m_sinceBase[i] = 1;
-                ++m_sinceBaseCount;
-            }
-            m_sinceLast[i] = 1;
+    for (int index : changes.tiles) {
+        const std::size_t i = std::size_t(index);
+        if (!m_sinceBase[i]) {
+            m_sinceBase[i] = 1;
+            ++m_sinceBaseCount;
         }
+        if (!m_sinceLast[i]) {
+            m_sinceLast[i] = 1;
+            m_sinceLastList.push_back(index);
+        }
+    }
+}
+
+bool UndoStore::rebaseDue(const QImage& image) const
+{
+    // Past half the tiles a copy of each would cost more than a fresh base.
+    return m_lost || !m_last || m_base.size() != image.size() || 2 * m_sinceBaseCount > m_sinceBase.size();
 }
 
 void UndoStore::rebase(const QImage& image)
@@ -88,6 +114,7 @@ void UndoStore::rebase(const QImage& image)
     m_base = image;
     m_sinceBase.assign(std::size_t(snap->columns) * snap->rows, 0);
     m_sinceLast = m_sinceBase;
+    m_sinceLastList.clear();
     m_sinceBaseCount = 0;
     m_lost = false;
     m_last = std::move(snap);
@@ -96,23 +123,34 @@ void UndoStore::rebase(const QImage& image)
 
 UndoSnapshotPtr UndoStore::record(Surface& picture)
 {
+    settle(picture);
     absorb(picture);
     const QImage& image = std::as_const(picture).Image();
-    // Past half the tiles a copy of each would cost more than a fresh base.
-    if (m_lost || !m_last || m_base.size() != image.size() || 2 * m_sinceBaseCount > m_sinceBase.size()) {
+    if (rebaseDue(image)) {
         rebase(image);
         return m_last;
     }
-    if (std::find(m_sinceLast.begin(), m_sinceLast.end(), 1) == m_sinceLast.end())
-        return m_last;                                   // nothing written since: the same snapshot serves
-    auto snap = std::make_shared<UndoSnapshot>(*m_last); // shares every tile kept so far
-    if (snap->tiles.empty())
-        snap->tiles.resize(m_sinceBase.size());
-    for (std::size_t i = 0; i < m_sinceLast.size(); ++i)
-        if (m_sinceLast[i]) {
-            snap->tiles[i] = image.copy(tileRect(int(i), snap->columns, image.size()));
-            m_sinceLast[i] = 0;
-        }
+    if (m_sinceLastList.empty())
+        return m_last; // nothing written since: the same snapshot serves
+    // The new tiles merge into the previous snapshot's list, which it shares.
+    std::sort(m_sinceLastList.begin(), m_sinceLastList.end());
+    auto snap = std::make_shared<UndoSnapshot>();
+    snap->base = m_last->base;
+    snap->columns = m_last->columns;
+    snap->rows = m_last->rows;
+    snap->tiles.reserve(m_last->tiles.size() + m_sinceLastList.size());
+    auto old = m_last->tiles.begin();
+    const auto oldEnd = m_last->tiles.end();
+    for (int index : m_sinceLastList) {
+        while (old != oldEnd && old->index < index)
+            snap->tiles.push_back(*old++);
+        if (old != oldEnd && old->index == index)
+            ++old;
+        snap->tiles.push_back({index, image.copy(tileRect(index, snap->columns, image.size()))});
+        m_sinceLast[std::size_t(index)] = 0;
+    }
+    snap->tiles.insert(snap->tiles.end(), old, oldEnd);
+    m_sinceLastList.clear();
     m_last = std::move(snap);
     return m_last;
 }
@@ -120,13 +158,14 @@ UndoSnapshotPtr UndoStore::record(Surface& picture)
 bool UndoStore::changedSinceLast(Surface& picture)
 {
     absorb(picture);
-    return m_lost || !m_last || std::find(m_sinceLast.begin(), m_sinceLast.end(), 1) != m_sinceLast.end();
+    return m_lost || !m_last || !m_sinceLastList.empty();
 }
 
 void UndoStore::restore(Surface& picture, const UndoSnapshotPtr& snapshot)
 {
     if (!snapshot || snapshot->empty())
         return;
+    settle(picture);
     absorb(picture);
     const UndoSnapshot& snap = *snapshot;
     const QSize size = std::as_const(picture).Image().size();
@@ -136,42 +175,85 @@ void UndoStore::restore(Surface& picture, const UndoSnapshotPtr& snapshot)
     if (overBase) {
         // Only the tiles where the picture or the snapshot may differ from the base.
         QImage* image = nullptr;
+        auto own = snap.tiles.begin();
         for (std::size_t i = 0; i < m_sinceBase.size(); ++i) {
-            const bool own = !snap.tiles.empty() && !snap.tiles[i].isNull();
-            if (!own && !m_sinceBase[i])
+            const bool hasOwn = own != snap.tiles.end() && own->index == int(i);
+            if (!hasOwn && !m_sinceBase[i])
                 continue;
             if (!image)
                 image = &picture.Image();
-            writeTile(*image, snap, int(i));
+            writeTile(*image, snap, int(i), hasOwn ? &own->pixels : nullptr);
             written |= tileRect(int(i), snap.columns, size);
+            if (hasOwn)
+                ++own;
         }
     } else {
         QImage& image = picture.Image();
         const QRect common = image.rect() & snap.base.rect();
         copyPixels(image, QPoint(0, 0), snap.base, common);
-        for (std::size_t i = 0; i < snap.tiles.size(); ++i)
-            if (!snap.tiles[i].isNull())
-                writeTile(image, snap, int(i));
+        for (const UndoTile& t : snap.tiles)
+            writeTile(image, snap, t.index, &t.pixels);
         written = common;
     }
     if (!written.isEmpty())
         picture.touch(written);
     picture.takeChanges(); // the writes above are the snapshot, not a change to it
+    m_sinceLastList.clear();
     if (!sameSize) {
         m_lost = true;
         return;
     }
     m_base = snap.base;
     m_sinceBase.assign(std::size_t(snap.columns) * snap.rows, 0);
-    m_sinceBaseCount = 0;
-    for (std::size_t i = 0; i < snap.tiles.size(); ++i)
-        if (!snap.tiles[i].isNull()) {
-            m_sinceBase[i] = 1;
-            ++m_sinceBaseCount;
-        }
+    for (const UndoTile& t : snap.tiles)
+        m_sinceBase[std::size_t(t.index)] = 1;
+    m_sinceBaseCount = snap.tiles.size();
     m_sinceLast.assign(m_sinceBase.size(), 0);
     m_lost = false;
     m_last = snapshot;
+}
+
+void UndoStore::prepare(Surface& picture)
+{
+    if (m_ahead.valid()) {
+        if (m_ahead.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+            return; // still copying
+        settle(picture);
+    }
+    absorb(picture);
+    const QImage& image = std::as_const(picture).Image();
+    if (image.isNull() || qint64(image.width()) * image.height() < kAheadPixels)
+        return;
+    // A base that the next record() would take anyway is taken now, so that its
+    // sharing is undone here too.
+    if (rebaseDue(image))
+        rebase(image);
+    if (image.isDetached())
+        return;
+    m_aheadKey = image.cacheKey();
+    try {
+        m_ahead = std::async(std::launch::async, [source = image]() mutable {
+            QImage copy = source.copy();
+            source = QImage(); // the picture's pixels are no longer held here
+            return copy;
+        });
+    } catch (const std::system_error&) {
+        // No thread to be had: the first write copies, as it would without this.
+    }
+}
+
+void UndoStore::settle(Surface& picture)
+{
+    if (!m_ahead.valid())
+        return;
+    QImage copy;
+    try {
+        copy = m_ahead.get();
+    } catch (const std::exception&) {
+        return; // out of memory for the copy: the first write copies, as it would without it
+    }
+    // A write since the copy began left the picture with pixels of its own already.
+    picture.adoptCopy(std::move(copy), m_aheadKey);
 }
 
 std::size_t UndoStore::heldBytes(const std::vector<UndoSnapshotPtr>& held, const Surface& picture)
@@ -186,8 +268,8 @@ std::size_t UndoStore::heldBytes(const std::vector<UndoSnapshotPtr>& held, const
         if (!snap)
             continue;
         count(snap->base);
-        for (const QImage& tile : snap->tiles)
-            count(tile);
+        for (const UndoTile& tile : snap->tiles)
+            count(tile.pixels);
     }
     return bytes;
 }

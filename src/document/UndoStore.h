@@ -7,6 +7,10 @@
 // through Surface::touch(), so a new snapshot copies just the tiles written since the
 // previous one and shares the rest with it. A command that changes most of the picture
 // makes the picture itself the new base.
+//
+// Sharing the base means the picture's first write after a new base would copy all of
+// it. prepare(), called while the pointer moves over the picture, takes that copy on a
+// worker thread beforehand, so the press that follows costs what it draws.
 
 #include "core/Surface.h"
 
@@ -14,20 +18,28 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <vector>
 
 namespace velunta {
 
+struct UndoTile {
+    int index = 0; // in the tile grid, row by row
+    QImage pixels;
+};
+
 struct UndoSnapshot {
-    QImage base;               // the picture the tiles lie over; its size is the snapshot's
-    int columns = 0;           // tile grid over base
+    QImage base;     // the picture the tiles lie over; its size is the snapshot's
+    int columns = 0; // tile grid over base
     int rows = 0;
-    std::vector<QImage> tiles; // per tile, null where the snapshot equals base; may be empty
+    std::vector<UndoTile> tiles; // where the snapshot differs from base, by index
 
     int width() const { return base.width(); }
     int height() const { return base.height(); }
     bool empty() const { return base.width() <= 0 || base.height() <= 0; }
+    // Its own copy of tile `index`, or null where it shows the base.
+    const QImage* tile(int index) const;
     // The snapshot as one picture.
     QImage toImage() const;
 };
@@ -37,6 +49,11 @@ using UndoSnapshotPtr = std::shared_ptr<const UndoSnapshot>;
 class UndoStore {
 public:
     static constexpr int kTile = 64;
+
+    UndoStore() = default;
+    UndoStore(UndoStore&&) = default;
+    UndoStore& operator=(UndoStore&&) = default;
+    ~UndoStore();
 
     // Starts following `picture`'s writes (the document's Buffer).
     void attach(Surface& picture);
@@ -49,6 +66,12 @@ public:
     // of another size shows clipped, or leaves the old pixels at the rim. Only the tiles
     // that differ are written when the snapshot shares the current base.
     void restore(Surface& picture, const UndoSnapshotPtr& snapshot);
+    // The user is about to draw: starts the copy that the picture's next write would
+    // otherwise make at the press. Costs nothing when there is none to make.
+    void prepare(Surface& picture);
+    // Waits for a copy prepare() started, and gives it to the picture. Every write
+    // that can follow one comes after this: the press, record() and restore().
+    void settle(Surface& picture);
 
     // Bytes the snapshots in `held` keep beyond the picture itself: their tiles, and
     // each base that no longer shares the picture's or its persistent layer's pixels.
@@ -58,13 +81,17 @@ public:
 
 private:
     void absorb(Surface& picture);
+    bool rebaseDue(const QImage& image) const;
     void rebase(const QImage& image);
 
     QImage m_base;
     std::vector<std::uint8_t> m_sinceBase; // tiles that may differ from m_base
     std::vector<std::uint8_t> m_sinceLast; // tiles that may differ from m_last
+    std::vector<int> m_sinceLastList;      // the same tiles, by index
     std::size_t m_sinceBaseCount = 0;
-    bool m_lost = true; // the picture changed in a way the tiles can't follow
+    std::future<QImage> m_ahead; // the copy prepare() started
+    qint64 m_aheadKey = 0;       // the picture's cache key when it started
+    bool m_lost = true;          // the picture changed in a way the tiles can't follow
     UndoSnapshotPtr m_last;
     int m_rebases = 0;
 };

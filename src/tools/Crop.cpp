@@ -37,9 +37,10 @@ void followPointer(Document& doc, const Surface& surface, int x, int y, double z
 void CropStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, double zoom, bool drawing)
 {
     if (drawing) {
+        const QRect before = doc.SelectArea.viewRect() | doc.CropArea.viewRect();
         doc.SelectArea.Visible = false;
         followPointer(doc, surface, x, y, zoom);
-        doc.invalidateView();
+        doc.invalidateViewRect(before | doc.CropArea.viewRect());
         return;
     }
     // A click, or a drag along one axis only, crops nothing.

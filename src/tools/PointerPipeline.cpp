@@ -77,6 +77,9 @@ void PaintArea_MouseDown(ToolContext& ctx, Document& doc, int button, int shift,
         SnapPoint(x, y, st.GridX, st.GridY);
     const int keptButton = button;
     const int tool = st.CurrentTool;
+    // The copy taken while the pointer came over the picture goes to the picture now,
+    // before anything is drawn.
+    doc.UndoKeep.settle(doc.Buffer);
     // A click that picks the area of Detailed Editing neither draws nor records; the
     // release opens the editor, once the button is up and no stroke is in the way.
     if (st.DetailPickerArmed) {
@@ -160,6 +163,11 @@ void PaintArea_MouseMove(ToolContext& ctx, Document& doc, int button, int shift,
     const double z = doc.ZoomFactor;
     doc.PointerImageA = float(ViewToImage(x, z));
     doc.PointerImageB = float(ViewToImage(y, z));
+    // Over the picture with no button held, the user is about to draw: the copy that the
+    // first write would make (of pixels shared with the persistent layer or an undo
+    // step) is taken now, while the hand still moves.
+    if (!doc.Drawing && st.CurrentTool != kToolZoom && st.CurrentTool != kToolColorPicker)
+        doc.UndoKeep.prepare(doc.Buffer);
 
     if (doc.Drawing) {
         if (snapWanted(st, doc) && doc.SnapPressed)

@@ -87,6 +87,7 @@ void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, 
 {
     const double f = zoom / 100.0, k = 100.0 / zoom;
     RectOverlay& area = doc.SelectArea;
+    const QRect before = area.viewRect() | doc.CropArea.viewRect();
     doc.CropArea.Visible = false;
     if (drawing) {
         if (x > surface.CurrentX) {
@@ -106,7 +107,7 @@ void SelectAreaStroke(ToolContext& ctx, Document& doc, Surface& surface, int x, 
         // The marquee stays on the view.
         area.clipTo(doc.view.paintWidth - 2, doc.view.paintHeight - 2);
         area.Visible = true;
-        doc.invalidateView();
+        doc.invalidateViewRect(before | area.viewRect());
         return;
     }
     // A click without a drag drops the marquee.

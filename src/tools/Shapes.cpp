@@ -18,6 +18,7 @@ namespace {
 bool released(Document& doc, RectOverlay& box, const Surface& pen, int x, int y, double zoom, bool drawing)
 {
     const double f = zoom / 100;
+    const QRect before = box.viewRect();
     if (drawing) {
         box.Left = std::min(pen.CurrentX, double(x)) * f;
         box.Width = std::abs(x - pen.CurrentX) * f;
@@ -25,7 +26,7 @@ bool released(Document& doc, RectOverlay& box, const Surface& pen, int x, int y,
         box.Height = std::abs(y - pen.CurrentY) * f;
     }
     box.Visible = drawing;
-    doc.invalidateView();
+    doc.invalidateViewRect(before | box.viewRect());
     return !drawing;
 }
 
@@ -115,6 +116,7 @@ void LineTool(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, d
         g = I2(double(y) * z) - surface.CurrentY * z;
 
     LineOverlay& band = doc.FollowLine;
+    const QRect before = band.viewRect();
     const auto place = [&] {
         band.X1 = I2(surface.CurrentX * z + g);
         band.X2 = I2(double(x) * z);
@@ -136,12 +138,12 @@ void LineTool(ToolContext& ctx, Document& doc, Surface& surface, int x, int y, d
         }
         place();
         band.Visible = true;
-        doc.invalidateView();
+        doc.invalidateViewRect(before | band.viewRect());
         return;
     }
 
     band.Visible = false;
-    doc.invalidateView();
+    doc.invalidateViewRect(before);
     const double cx = surface.CurrentX, cy = surface.CurrentY;
     const bool selection = doc.SelectArea.Visible;
     // A click is one point in the line's width. The press lies half a pixel off at 100 %,
