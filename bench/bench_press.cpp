@@ -81,6 +81,10 @@ struct Clicker {
         at = QPoint(mid.x() - mid.x() % 240 + 120, mid.y() - mid.y() % 160 + 130);
         b.showWindow();
         b.form.paintArea()->installEventFilter(&counter);
+        // The pointer comes over the new picture before the first click, as a user's does;
+        // the first click after a command is BM_FirstPressAfterCommand's.
+        approach();
+        b.form.doc.UndoKeep.settle(b.form.doc.Buffer);
     }
     double clickMillis()
     {

@@ -15,6 +15,7 @@ Debian's python3-pil is for the system interpreter, hence /usr/bin/python3.
 """
 
 import json
+import math
 import os
 import subprocess
 import sys
@@ -62,9 +63,11 @@ def pillow_times():
         "HSV round trip": best_ms(lambda: hue_round_trip(im), runs=3),
         "colour enhance": best_ms(lambda: ImageEnhance.Color(im).enhance(0.35)),
         "nearest rotation": best_ms(lambda: im.rotate(30, resample=Image.NEAREST)),
-        "bilinear rotation 45": best_ms(lambda: im.rotate(45, resample=Image.BILINEAR)),
-        "bilinear rotation 90": best_ms(lambda: im.rotate(90, resample=Image.BILINEAR)),
-        "bilinear rotation 180": best_ms(lambda: im.rotate(180, resample=Image.BILINEAR)),
+        # The menu turns by 3.14 radians and its quarters, not by exact right angles, so
+        # Pillow turns by the same: at exactly 180 it would only transpose the rows.
+        "bilinear rotation 45": best_ms(lambda: im.rotate(math.degrees(3.14 / 4), resample=Image.BILINEAR)),
+        "bilinear rotation 90": best_ms(lambda: im.rotate(math.degrees(3.14 / 2), resample=Image.BILINEAR)),
+        "bilinear rotation 180": best_ms(lambda: im.rotate(math.degrees(3.14), resample=Image.BILINEAR)),
     }
 
 

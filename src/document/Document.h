@@ -91,6 +91,12 @@ public:
     bool SelectionLifted = false;
     // The float's own pixels while its transparent or blend option shows a preview; null otherwise.
     QImage FloatOriginal;
+    // A stamp floating as it came, with its transparency: wherever it is moved, what
+    // lies under it shows round it. FloatStampShown is what the float showed when last
+    // laid, so a float painted on since is told apart and floats as it is. Null for
+    // every other float.
+    QImage FloatStamp;
+    QImage FloatStampShown;
     // Counts the presses, so a tool can tell a new stroke from a move of the last one.
     int StrokeSerial = 0;
     // What the fill tool filled during the stroke StrokeSerial names, and with which

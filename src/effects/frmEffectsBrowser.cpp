@@ -215,7 +215,7 @@ QWidget* frmEffectsBrowser::buildEffectButtons()
     for (const EffectRow& row : rows) {
         if (!row.buttonCaption)
             continue; // the flips and mirrors live in the Image menu only
-        auto* b = new zolButton(QString::fromLatin1(row.buttonCaption), box);
+        auto* b = new zolButton(effectName(row.buttonCaption), box);
         b->setObjectName(QStringLiteral("cmdEffect(%1)").arg(k));
         b->setButtonStyle(7);
         b->setHoverBackColor(RGB(255, 228, 160));
@@ -245,7 +245,8 @@ QWidget* frmEffectsBrowser::buildControls()
     sliders->setVerticalSpacing(2);
     const char* labels[3] = {"Label2", "Label3", "Label4"};
     for (int i = 0; i < 3; ++i) {
-        m_sliderLabel[size_t(i)] = new QLabel(QStringLiteral("N/a"), panel);
+        m_sliderLabel[size_t(i)] =
+            new QLabel(sliderCaption(QT_TRANSLATE_NOOP("EffectSliders", "N/a")), panel);
         m_sliderLabel[size_t(i)]->setObjectName(QString::fromLatin1(labels[i]));
         m_HScroll1[size_t(i)] = new QSlider(Qt::Horizontal, panel);
         m_HScroll1[size_t(i)]->setEnabled(false);

@@ -124,6 +124,10 @@ private:
     void fitToScreen();
 
     // frmEffectsBrowser_Effects.cpp: the effect table as controls.
+    // The table's effect names and slider captions as the user reads them; the table
+    // keeps the English ones, by which the program knows its effects.
+    static QString effectName(const char* name);
+    static QString sliderCaption(const char* caption);
     void resetControls();
     void applyRow(const EffectRow& row);
     void firstUseColour(int id);

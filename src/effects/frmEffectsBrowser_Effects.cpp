@@ -41,37 +41,37 @@ struct LabelFormat {
 };
 
 const LabelFormat kLabelFormats[] = {
-    {1000, 0, "Blending: ", 0},
-    {1010, 0, "Intensity: ", 0},
-    {1030, 0, "Brightness: ", 0},
-    {1040, 0, "Text size: ", 0},
-    {1040, 3, "Transparency: ", 3},
-    {1040, 4, "Widen: ", 4},
-    {1040, 5, "Rotate: ", 5, 10, true},
-    {1050, 0, "Depth: ", 0},
-    {1060, 0, "Height: ", 0},
-    {1070, 0, "Gamma: ", 0, 100},
-    {1090, 0, "Transparency: ", 0},
-    {1090, 1, "Size: ", 1},
-    {1100, 0, "Hue: ", 0, 100},
-    {1110, 0, "Inversion: ", 0},
-    {1130, 0, "Intensity: ", 0},
-    {1130, 1, "Definition: ", 1},
-    {1130, 2, "Aperture: ", 2},
-    {1140, 0, "Size: ", 0},
-    {1150, 0, "Level: ", 0},
-    {1170, 0, "Angle: ", 0},
-    {1170, 1, "Zoom: ", 1, 100},
-    {1170, 2, "Blending: ", 2},
-    {1180, 0, "AntiAlias: ", 0},
-    {1190, 0, "Similarity: ", 0},
-    {1200, 0, "Angle: ", 0},
-    {1210, 0, "Saturation: ", 0},
-    {1220, 0, "Transparency: ", 0},
-    {1220, 1, "Size: ", 1},
-    {1240, 0, "Text size: ", 0},
-    {1250, 0, "Tone: ", 0},
-    {1260, 0, "Zoom: ", 0, 100},
+    {1000, 0, QT_TRANSLATE_NOOP("EffectSliders", "Blending: "), 0},
+    {1010, 0, QT_TRANSLATE_NOOP("EffectSliders", "Intensity: "), 0},
+    {1030, 0, QT_TRANSLATE_NOOP("EffectSliders", "Brightness: "), 0},
+    {1040, 0, QT_TRANSLATE_NOOP("EffectSliders", "Text size: "), 0},
+    {1040, 3, QT_TRANSLATE_NOOP("EffectSliders", "Transparency: "), 3},
+    {1040, 4, QT_TRANSLATE_NOOP("EffectSliders", "Widen: "), 4},
+    {1040, 5, QT_TRANSLATE_NOOP("EffectSliders", "Rotate: "), 5, 10, true},
+    {1050, 0, QT_TRANSLATE_NOOP("EffectSliders", "Depth: "), 0},
+    {1060, 0, QT_TRANSLATE_NOOP("EffectSliders", "Height: "), 0},
+    {1070, 0, QT_TRANSLATE_NOOP("EffectSliders", "Gamma: "), 0, 100},
+    {1090, 0, QT_TRANSLATE_NOOP("EffectSliders", "Transparency: "), 0},
+    {1090, 1, QT_TRANSLATE_NOOP("EffectSliders", "Size: "), 1},
+    {1100, 0, QT_TRANSLATE_NOOP("EffectSliders", "Hue: "), 0, 100},
+    {1110, 0, QT_TRANSLATE_NOOP("EffectSliders", "Inversion: "), 0},
+    {1130, 0, QT_TRANSLATE_NOOP("EffectSliders", "Intensity: "), 0},
+    {1130, 1, QT_TRANSLATE_NOOP("EffectSliders", "Definition: "), 1},
+    {1130, 2, QT_TRANSLATE_NOOP("EffectSliders", "Aperture: "), 2},
+    {1140, 0, QT_TRANSLATE_NOOP("EffectSliders", "Size: "), 0},
+    {1150, 0, QT_TRANSLATE_NOOP("EffectSliders", "Level: "), 0},
+    {1170, 0, QT_TRANSLATE_NOOP("EffectSliders", "Angle: "), 0},
+    {1170, 1, QT_TRANSLATE_NOOP("EffectSliders", "Zoom: "), 1, 100},
+    {1170, 2, QT_TRANSLATE_NOOP("EffectSliders", "Blending: "), 2},
+    {1180, 0, QT_TRANSLATE_NOOP("EffectSliders", "AntiAlias: "), 0},
+    {1190, 0, QT_TRANSLATE_NOOP("EffectSliders", "Similarity: "), 0},
+    {1200, 0, QT_TRANSLATE_NOOP("EffectSliders", "Angle: "), 0},
+    {1210, 0, QT_TRANSLATE_NOOP("EffectSliders", "Saturation: "), 0},
+    {1220, 0, QT_TRANSLATE_NOOP("EffectSliders", "Transparency: "), 0},
+    {1220, 1, QT_TRANSLATE_NOOP("EffectSliders", "Size: "), 1},
+    {1240, 0, QT_TRANSLATE_NOOP("EffectSliders", "Text size: "), 0},
+    {1250, 0, QT_TRANSLATE_NOOP("EffectSliders", "Tone: "), 0},
+    {1260, 0, QT_TRANSLATE_NOOP("EffectSliders", "Zoom: "), 0, 100},
 };
 
 // An effect without a row of its own (Scroll, Brass Plate) only resets the controls
@@ -82,6 +82,16 @@ bool hasNoRow(const EffectRow& row)
 }
 
 } // namespace
+
+QString frmEffectsBrowser::effectName(const char* name)
+{
+    return QCoreApplication::translate("Effects", name);
+}
+
+QString frmEffectsBrowser::sliderCaption(const char* caption)
+{
+    return QCoreApplication::translate("EffectSliders", caption);
+}
 
 void frmEffectsBrowser::resetControls()
 {
@@ -129,7 +139,7 @@ void frmEffectsBrowser::mnuFx_Click(int id)
     if (QAction* entry = menuAction(QStringLiteral("mnuFx(%1)").arg(id)))
         entry->setChecked(true);
     m_st.EffectId = id;
-    m_Label1->setText(QString::fromLatin1(row->menuCaption));
+    m_Label1->setText(effectName(row->menuCaption));
     m_EffectPending = true;
     applyRow(*row);
     for (int i = 1; i <= 2; ++i) {
@@ -138,7 +148,7 @@ void frmEffectsBrowser::mnuFx_Click(int id)
         const bool unused = !s->isEnabled() && !s->isHidden();
         label->setEnabled(!unused);
         if (unused)
-            label->setText(QStringLiteral("N/a"));
+            label->setText(sliderCaption(QT_TRANSLATE_NOOP("EffectSliders", "N/a")));
     }
     ApplyEffect();
     RenderPreview();
@@ -161,7 +171,7 @@ void frmEffectsBrowser::applyRow(const EffectRow& row)
         QSlider* slider = m_HScroll1[size_t(i)];
         QLabel* label = m_sliderLabel[size_t(i)];
         if (s.kind != SliderRow::Reset && s.label)
-            label->setText(QString::fromLatin1(s.label));
+            label->setText(sliderCaption(s.label));
         switch (s.kind) {
         case SliderRow::Reset:
             if (i == 0) // an effect with nothing to set leaves no slider usable
@@ -249,7 +259,7 @@ void frmEffectsBrowser::rewriteLabels(int id)
             continue;
         const int v = m_HScroll1[size_t(f.slider)]->value();
         const QString shown = f.whole ? QString::number(v / f.divisor) : NumberText(double(v) / f.divisor);
-        m_sliderLabel[size_t(f.label)]->setText(QString::fromLatin1(f.text) + shown);
+        m_sliderLabel[size_t(f.label)]->setText(sliderCaption(f.text) + shown);
     }
 }
 

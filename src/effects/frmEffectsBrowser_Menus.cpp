@@ -42,8 +42,7 @@ void frmEffectsBrowser::buildMenus()
     for (const EffectRow& row : EffectTable()) {
         if (!row.menuCaption)
             continue;
-        QAction* a =
-            addEntry(m_menuFx, QStringLiteral("mnuFx(%1)").arg(row.id), QString::fromLatin1(row.menuCaption));
+        QAction* a = addEntry(m_menuFx, QStringLiteral("mnuFx(%1)").arg(row.id), effectName(row.menuCaption));
         a->setCheckable(true);
         const int id = row.id;
         connect(a, &QAction::triggered, this, [this, id] { mnuFx_Click(id); });
@@ -61,8 +60,7 @@ void frmEffectsBrowser::buildMenus()
             ambient->addSeparator();
         last = p.index;
         const int index = p.index;
-        connect(addEntry(ambient, QStringLiteral("mnuAmbients(%1)").arg(index),
-                         QString::fromLatin1(p.browserCaption)),
+        connect(addEntry(ambient, QStringLiteral("mnuAmbients(%1)").arg(index), effectName(p.browserCaption)),
                 &QAction::triggered, this, [this, index] { mnuAmbients_Click(index); });
     }
 
@@ -72,11 +70,11 @@ void frmEffectsBrowser::buildMenus()
         const char* name;
         const char* caption;
         int id;
-    } flips[] = {{"mnufliphor", "Flip horizontal", 1300},
-                 {"mnuflipver", "Flip vertical", 1310},
-                 {"mnumirh", "Horizontal Mirror", 1320},
-                 {"mnumirv", "Vertical Mirror", 1330},
-                 {"mnumirq", "Quad Mirror", 1340}};
+    } flips[] = {{"mnufliphor", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Flip horizontal"), 1300},
+                 {"mnuflipver", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Flip vertical"), 1310},
+                 {"mnumirh", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Horizontal Mirror"), 1320},
+                 {"mnumirv", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Vertical Mirror"), 1330},
+                 {"mnumirq", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Quad Mirror"), 1340}};
     for (const auto& f : flips) {
         const int id = f.id;
         connect(addEntry(image, QString::fromLatin1(f.name), tr(f.caption)), &QAction::triggered, this,

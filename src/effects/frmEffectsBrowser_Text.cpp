@@ -66,9 +66,9 @@ QWidget* frmEffectsBrowser::buildTextControls()
         const char* name;
         const char* caption;
         const char* tip;
-    } keys[] = {{&m_Check1, "Check1", "B", "Bold"},
-                {&m_Check2, "Check2", "I", "Italic"},
-                {&m_Check3, "Check3", "U", "Underline"}};
+    } keys[] = {{&m_Check1, "Check1", "B", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Bold")},
+                {&m_Check2, "Check2", "I", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Italic")},
+                {&m_Check3, "Check3", "U", QT_TRANSLATE_NOOP("velunta::frmEffectsBrowser", "Underline")}};
     for (const auto& k : keys) {
         auto* b = new zolButton(QString::fromLatin1(k.caption), m_textStyle);
         b->setObjectName(QString::fromLatin1(k.name));
@@ -113,9 +113,11 @@ QWidget* frmEffectsBrowser::buildTextControls()
     });
     grid->addWidget(m_Check4, 0, 0);
     const char* labels[3] = {"Label10", "Label11", "Label12"};
-    const char* captions[3] = {"Transparency: 0", "Widen: 0", "Rotate: 0"};
+    const char* captions[3] = {QT_TRANSLATE_NOOP("EffectSliders", "Transparency: 0"),
+                               QT_TRANSLATE_NOOP("EffectSliders", "Widen: 0"),
+                               QT_TRANSLATE_NOOP("EffectSliders", "Rotate: 0")};
     for (int i = 0; i < 3; ++i) {
-        auto* label = new QLabel(tr(captions[i]), m_picTrnsText);
+        auto* label = new QLabel(sliderCaption(captions[i]), m_picTrnsText);
         label->setObjectName(QString::fromLatin1(labels[i]));
         auto* slider = new QSlider(Qt::Horizontal, m_picTrnsText);
         m_sliderLabel[size_t(3 + i)] = label;

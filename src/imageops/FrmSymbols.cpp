@@ -284,7 +284,9 @@ void FrmSymbols::PicFigures_DblClick(int index)
         return;
     QClipboard* clipboard = QApplication::clipboard();
     clipboard->clear();
-    clipboard->setImage(StampPicture(m_figures[index], kStampSizes[m_size], std::max(m_backColor, 0)));
+    m_lastStamp = StampAtSize(m_figures[index], kStampSizes[m_size]);
+    m_lastOnPaper = StampPicture(m_figures[index], kStampSizes[m_size], std::max(m_backColor, 0));
+    clipboard->setImage(m_lastOnPaper);
     // The clipboard settles before the paste reads it; the first time once more. A
     // click in the palette meanwhile waits, so a stamp is never pasted twice at once.
     QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);

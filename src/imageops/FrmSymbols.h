@@ -2,8 +2,8 @@
 // Symbols & Stamps: a palette of small ready-made pictures that floats beside the
 // main window without blocking it. A double click puts a stamp on the clipboard and
 // asks the main window to paste it, so it arrives as a floating selection the user
-// drags into place. The one-colour stamps take the colour chosen in the palette's
-// colour row.
+// drags into place, with the picture showing round it. The one-colour stamps take the
+// colour chosen in the palette's colour row.
 
 #include "core/Color.h"
 #include "imageops/Stamps.h"
@@ -48,6 +48,10 @@ public:
     // Stamps the picture: the stamp at the chosen size on the clipboard, then the
     // paste of the main window.
     void PicFigures_DblClick(int index);
+    // The last stamp as it went on the clipboard (on the paper colour) and with its
+    // own transparency, so the paste can let the picture show round it.
+    const QImage& lastStampOnPaper() const { return m_lastOnPaper; }
+    const QImage& lastStamp() const { return m_lastStamp; }
     // Takes the drawing colour for the one-colour stamps.
     void Command1_Click();
     // Closes the palette.
@@ -78,6 +82,8 @@ private:
     const Color& m_backColor;
     QVector<Stamp> m_stamps;
     QVector<QImage> m_figures;
+    QImage m_lastStamp;
+    QImage m_lastOnPaper;
     QVector<StampTile*> m_tiles;
     QScrollArea* m_scroll = nullptr;
     ColorSample* m_lblcolor = nullptr;

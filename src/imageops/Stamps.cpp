@@ -50,7 +50,7 @@ void RecolorStamp(QImage& picture, Color colour)
     }
 }
 
-QImage StampPicture(const QImage& picture, int side, Color paper)
+QImage StampAtSize(const QImage& picture, int side)
 {
     if (picture.isNull() || side <= 0)
         return QImage();
@@ -61,10 +61,17 @@ QImage StampPicture(const QImage& picture, int side, Color paper)
     const int h = std::max(1, int(std::lround(picture.height() * scale)));
     // The reduction averages the pixels it folds together (a plain bilinear draw would
     // skip some at a half), so thin strokes of a sign stay even.
-    const QImage scaled = w == picture.width() && h == picture.height()
-                              ? picture
-                              : picture.scaled(w, h, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    QImage out(w, h, QImage::Format_RGB32);
+    return w == picture.width() && h == picture.height()
+               ? picture
+               : picture.scaled(w, h, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage StampPicture(const QImage& picture, int side, Color paper)
+{
+    const QImage scaled = StampAtSize(picture, side);
+    if (scaled.isNull())
+        return QImage();
+    QImage out(scaled.size(), QImage::Format_RGB32);
     out.fill(ToQRgb(paper));
     QPainter p(&out);
     p.drawImage(0, 0, scaled);

@@ -31,9 +31,11 @@ QVector<Stamp> LoadStamps(const QString& folder, QString* problem = nullptr);
 // ColorsUpdate's work on one stamp: every pixel takes the colour and keeps its alpha.
 void RecolorStamp(QImage& picture, Color colour);
 
-// The stamp as it lands on the picture, at the size `side` (one of kStampSizes: the
-// stamp's square, which its longer side fills or nearly), laid on a ground of
-// `paper`, since the pictures have no transparency.
+// The stamp at the size `side` (one of kStampSizes: the stamp's square, which its
+// longer side fills or nearly), with its transparency.
+QImage StampAtSize(const QImage& picture, int side);
+// The stamp at that size laid on a ground of `paper`: how it crosses the clipboard,
+// whose pictures have no transparency.
 QImage StampPicture(const QImage& picture, int side, Color paper);
 
 } // namespace velunta

@@ -314,9 +314,10 @@ void frmMain::closeEvent(QCloseEvent* event)
             event->ignore();
             return;
         }
-        for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
-            QFile::remove(m_services.AppFolder + QLatin1String(name));
     }
+    // Exit comes this way too: no working file outlives the program.
+    for (const char* name : {"temp/undo.bmp", "temp/ExtraBufferFile.bmp"})
+        QFile::remove(m_services.AppFolder + QLatin1String(name));
     // An effect program still awaited stops with the program.
     if (m_external)
         m_external->CancelWait();

@@ -106,6 +106,8 @@ public:
 
     // Undo that the ring doesn't cover: the resize undo file and the saved picture.
     void UndoResize_Click();
+    // temp/undo.bmp holds a picture this program put there and hasn't undone yet.
+    bool UndoFilePending() const;
     void RevertSaved(const QString& path);
     void mnuundorevert_Click();
 
@@ -267,7 +269,9 @@ public:
     void mnuAcquire_Click();
     void mnuwallpaper_Click();
     // Places a picture on the active document as a floating selection, as Paste does.
-    void PastePicture(const QImage& picture);
+    // With `stamp`, the picture is that stamp on a plain ground, and the stamp with its
+    // own transparency floats instead (tools/Selection.h, LetStampShowThrough).
+    void PastePicture(const QImage& picture, const QImage& stamp = QImage());
     // The desktop viewer's command (its Exec line; known when longer than 5 characters),
     // its name, icon and .desktop file.
     QString IrfanViewPath;
@@ -515,6 +519,10 @@ private:
     QHash<QString, QAction*> m_actions;
     QHash<QString, QMenu*> m_menus;
     bool m_undoEnabled = false;
+    // This program wrote temp/undo.bmp. The temp folder outlives a program that was
+    // killed and is shared by every Velunta started from the same folder, so a file
+    // found there is no undo of this program's until it writes one.
+    bool m_undoFileWritten = false;
     std::array<QString, 4> m_recent;
     int MRUNext = 0;
     Color m_previewKey = kNoColor;

@@ -70,13 +70,16 @@ void frmMain::Paste_Click()
     PastePicture(clipboardPicture());
 }
 
-void frmMain::PastePicture(const QImage& picture)
+void frmMain::PastePicture(const QImage& picture, const QImage& stamp)
 {
     if (!activeDocument() || picture.isNull())
         return;
     // A float still up lands where it stands first; the new one replaces it.
-    RunImageCommand(*this, {.name = "Paste", .wholePicture = true},
-                    [&](ImageCommand& c) { PlaceFloat(c.doc(), picture); });
+    RunImageCommand(*this, {.name = "Paste", .wholePicture = true}, [&](ImageCommand& c) {
+        PlaceFloat(c.doc(), picture);
+        if (!stamp.isNull())
+            LetStampShowThrough(c.doc(), stamp);
+    });
     // Strokes on the pasted float record no undo steps until the next tool change.
     m_undo.UndoDisabled = true;
     ValidateMenus();

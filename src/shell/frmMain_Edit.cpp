@@ -67,11 +67,23 @@ void frmMain::Undo_Click()
     SetUndoEnabled(m_undoEnabled);
 }
 
+bool frmMain::UndoFilePending() const
+{
+    return m_undoFileWritten && QFileInfo::exists(undoFile(m_services));
+}
+
 void frmMain::UndoResize_Click()
 {
     const QFileInfo file(undoFile(m_services));
     frmPaint* form = activeDocument();
-    if (!file.exists() || file.size() < kSmallestUndoFile || !form) {
+    if (!form) {
+        enable(MenuId::UndoResize, false);
+        return;
+    }
+    const bool pending = UndoFilePending() && file.size() >= kSmallestUndoFile;
+    // The file serves one undo; after it, or when it holds no picture, it is spent.
+    m_undoFileWritten = false;
+    if (!pending) {
         enable(MenuId::UndoResize, false);
         return;
     }
@@ -127,6 +139,7 @@ void frmMain::SaveUndoBitmap()
     if (StepUndoOn())
         PrepUndo(); // the history keeps the picture before the change of size too
     if (SaveBMP(form->doc.Buffer.Image(), undoFile(m_services))) {
+        m_undoFileWritten = true;
         enable(MenuId::UndoResize, true);
         SetUndoEnabled(true);
     }

@@ -48,7 +48,11 @@ void frmMain::mnusymbols_Click(int index)
                 if (!activeDocument())
                     return;
                 Cmd_Click(kToolPointer);
-                Paste_Click();
+                // The stamp crosses the clipboard on the paper colour; it lands with the
+                // picture showing round it, unless something else took the clipboard.
+                const QImage pasted = clipboardPicture();
+                PastePicture(pasted,
+                             pasted == m_symbols->lastStampOnPaper() ? m_symbols->lastStamp() : QImage());
             });
         });
         // The stamps show on the paper colour, which the colour strip may change.

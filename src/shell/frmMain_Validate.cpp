@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
-#include <QFileInfo>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
@@ -76,7 +75,7 @@ void frmMain::ValidateMenus()
         state.document = true;
         state.selection = form->doc.SelectArea.Visible;
         state.clipboard = clip && clip->hasImage();
-        state.undoFile = QFileInfo::exists(m_services.AppFolder + QStringLiteral("temp/undo.bmp"));
+        state.undoFile = UndoFilePending();
         state.undoRing = m_undoEnabled && undoAvailable(*form, state.undoFile);
     }
     state.anyDocument = !documents().isEmpty();

@@ -7,6 +7,8 @@
 #include "document/ToolHost.h"
 #include "tools/SimplePaints.h"
 
+#include <QPainter>
+
 #include <algorithm>
 #include <cmath>
 
@@ -14,9 +16,44 @@ namespace velunta {
 
 namespace {
 
+void forgetStamp(Document& doc)
+{
+    doc.FloatStamp = QImage();
+    doc.FloatStampShown = QImage();
+}
+
+// The float's stamp over what lies under it now.
+void layStamp(Document& doc)
+{
+    Surface& sel = doc.BufferSelected;
+    QImage shown = doc.SelectedBack.Image().copy();
+    if (shown.size() != doc.FloatStamp.size() || sel.Image().size() != shown.size()) {
+        forgetStamp(doc);
+        return;
+    }
+    QPainter p(&shown);
+    p.drawImage(0, 0, doc.FloatStamp);
+    p.end();
+    sel.setImage(shown);
+    doc.FloatStampShown = sel.Image();
+}
+
+// After a move: the stamp is laid again over its new place, unless the float was
+// painted on, changed by a command or is showing its options since it was laid.
+void followStamp(Document& doc)
+{
+    if (doc.FloatStamp.isNull())
+        return;
+    if (!doc.FloatOriginal.isNull() || doc.BufferSelected.Image() != doc.FloatStampShown)
+        forgetStamp(doc);
+    else
+        layStamp(doc);
+}
+
 // The float and what lies under it take the same rectangle.
 void placeBoth(Document& doc, double left, double top, int width, int height)
 {
+    forgetStamp(doc);
     doc.BufferSelected.clearPicture();
     doc.BufferSelected.Move(left, top, width, height);
     doc.SelectedBack.clearPicture();
@@ -41,6 +78,7 @@ void DropSelection(Document& doc)
     doc.SelectArea.Visible = false;
     doc.SelectionLifted = false;
     doc.FloatOriginal = QImage();
+    forgetStamp(doc);
     doc.invalidateView();
 }
 
@@ -118,6 +156,7 @@ void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int
         BitBlt(back, 0, 0, sel.Width(), sel.Height(), doc.Buffer, I4(sel.Left), I4(sel.Top), SRCCOPY);
         back.CurrentX = surface.CurrentX - doc.SelectArea.Left * k;
         back.CurrentY = surface.CurrentY - doc.SelectArea.Top * k;
+        followStamp(doc);
     };
     if (drawing) {
         doc.SelectArea.Left = double(x) * z - (z * surface.CurrentX - doc.LastSelectionLeft);
@@ -133,6 +172,7 @@ void MoveSelection(ToolContext& ctx, Document& doc, Surface& surface, int x, int
         BitBlt(back, 0, 0, sel.Width(), sel.Height(), doc.Buffer, I4(sel.Left), I4(sel.Top), SRCCOPY);
         back.CurrentX = surface.CurrentX - doc.SelectArea.Left * k;
         back.CurrentY = surface.CurrentY - doc.SelectArea.Top * k;
+        followStamp(doc);
     }
     doc.invalidateView();
     UpdateView(doc, surface, x, y, zoom);
@@ -145,6 +185,7 @@ void FillSelection(Document& doc, Color colour)
     sel.BackColor = colour;
     sel.Cls();
     doc.FloatOriginal = QImage();
+    forgetStamp(doc);
     UpdateView(doc, doc.Buffer, 0, 0, doc.ZoomFactor);
 }
 
@@ -188,6 +229,16 @@ void PlaceFloat(Document& doc, const QImage& picture)
     doc.SelectionLifted = true;
     doc.FloatOriginal = QImage();
     UpdateView(doc, doc.Buffer, 0, 0, z);
+    doc.invalidateView();
+}
+
+void LetStampShowThrough(Document& doc, const QImage& stamp)
+{
+    if (!doc.SelectArea.Visible || stamp.size() != doc.BufferSelected.Image().size())
+        return;
+    doc.FloatStamp = stamp;
+    layStamp(doc);
+    UpdateView(doc, doc.Buffer, 0, 0, doc.ZoomFactor);
     doc.invalidateView();
 }
 

@@ -32,6 +32,11 @@ void FillSelection(Document& doc, Color colour);
 void SelectAll(Document& doc);
 // A picture as a float at the view's visible top left (Paste).
 void PlaceFloat(Document& doc, const QImage& picture);
+// The float just placed is `stamp` laid on a plain ground: the stamp, with its own
+// transparency, takes its place, so the picture shows round it here and wherever it
+// is dragged, until its pixels are changed otherwise. A float of another size is left
+// as it is.
+void LetStampShowThrough(Document& doc, const QImage& stamp);
 
 // The float's options, previewed over its own pixels: the key colour shows what lies
 // under it, and the blend mixes the float over what lies under it with the ratio

@@ -262,7 +262,7 @@ void frmControls::buildViewPanels()
     auto* rgb = new QWidget(m_panels[8]);
     auto* rgbRow = RowLayout(rgb, 3);
     const char* const names[3] = {"lblRed", "lblGreen", "lblBlue"};
-    const char* const tips[3] = {"Red", "Green", "Blue"};
+    const char* const tips[3] = {QT_TR_NOOP("Red"), QT_TR_NOOP("Green"), QT_TR_NOOP("Blue")};
     for (int k = 0; k < 3; ++k) {
         m_rgb[k] = new ReadoutLabel(QString::fromLatin1(names[k]), tr(tips[k]), 38, rgb);
         m_rgb[k]->setAlignment(Qt::AlignRight | Qt::AlignVCenter);

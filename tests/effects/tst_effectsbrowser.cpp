@@ -20,10 +20,16 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QDesktopServices>
+#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
+#include <QScopeGuard>
 #include <QScrollBar>
+#include <QSet>
 #include <QSlider>
+#include <QTranslator>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 #include <optional>
@@ -79,6 +85,45 @@ QList<int> menuEffects()
         if (row.menuCaption)
             ids << row.id;
     return ids;
+}
+
+// Stands in for a translation of the effect names and slider captions: each comes back
+// in angle brackets, so a text that skipped the translation shows plain.
+class MarkingTranslator : public QTranslator {
+public:
+    QString translate(const char* context, const char* source, const char*, int) const override
+    {
+        const QByteArrayView c(context);
+        if (c != "Effects" && c != "EffectSliders")
+            return QString();
+        return QLatin1Char('<') + QString::fromLatin1(source) + QLatin1Char('>');
+    }
+    bool isEmpty() const override { return false; }
+};
+
+bool marked(const QString& text)
+{
+    return text.startsWith(u'<');
+}
+
+// The strings of the build's translation template, as "context|source".
+QSet<QString> templateStrings(const QString& path)
+{
+    QSet<QString> strings;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return strings;
+    QXmlStreamReader xml(&file);
+    QString context;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement)
+            continue;
+        if (xml.name() == QLatin1String("name"))
+            context = xml.readElementText();
+        else if (xml.name() == QLatin1String("source"))
+            strings << context + u'|' + xml.readElementText();
+    }
+    return strings;
 }
 
 } // namespace
@@ -320,6 +365,57 @@ private Q_SLOTS:
         b.dialog->mnuFx_Click(1220); // Scanlines: the value is 128 at once
         QCOMPARE(b.slider(0)->value(), 128);
         QVERIFY(b.menuActionChecked(1220));
+    }
+
+    void effectNamesAndSliderCaptionsShowTranslated()
+    {
+        MarkingTranslator marking;
+        QCoreApplication::installTranslator(&marking);
+        const auto remove = qScopeGuard([&] { QCoreApplication::removeTranslator(&marking); });
+        Browser b;
+        for (zolButton* button : b.child<QWidget>("cmdEffects")->findChildren<zolButton*>())
+            QVERIFY2(marked(button->Caption()), qPrintable(button->Caption()));
+        for (QAction* entry : b.child<QMenu>("mnuAmbient")->actions())
+            QVERIFY2(entry->isSeparator() || marked(entry->text()), qPrintable(entry->text()));
+        for (int id : menuEffects()) {
+            QAction* entry = b.dialog->menuAction(QStringLiteral("mnuFx(%1)").arg(id));
+            QVERIFY2(marked(entry->text()), qPrintable(entry->text()));
+            // The effect is still found by its own name, whatever the entry reads.
+            entry->trigger();
+            QCOMPARE(b.dialog->state().EffectId, id);
+            QVERIFY(marked(b.label("Label1")));
+            for (const char* name : {"Label2", "Label3", "Label4", "Label10", "Label11", "Label12"})
+                QVERIFY2(marked(b.label(name)), qPrintable(QStringLiteral("%1 of effect %2: %3")
+                                                               .arg(QLatin1String(name))
+                                                               .arg(id)
+                                                               .arg(b.label(name))));
+        }
+    }
+
+    void everyEffectNameAndCaptionIsInTheTranslationTemplate()
+    {
+        // The build gathers the template beside the tests' working folder.
+        const QString path = QStringLiteral("translations/velunta.ts");
+        if (!QFile::exists(path))
+            QSKIP("this build has no translation template (no lupdate)");
+        const QSet<QString> strings = templateStrings(path);
+        QStringList missing;
+        auto need = [&](const char* context, const char* text) {
+            if (!text)
+                return;
+            const QString key = QLatin1String(context) + u'|' + QString::fromLatin1(text);
+            if (!strings.contains(key) && !missing.contains(key))
+                missing << key;
+        };
+        for (const EffectRow& row : EffectTable()) {
+            need("Effects", row.menuCaption);
+            need("Effects", row.buttonCaption);
+            for (const SliderRow& slider : row.sliders)
+                need("EffectSliders", slider.label);
+        }
+        for (const AmbientPreset& preset : AmbientPresets())
+            need("Effects", preset.browserCaption);
+        QVERIFY2(missing.isEmpty(), qPrintable(missing.join(QStringLiteral(", "))));
     }
 
     void colourPanelDropsOutOfRangeValuesAndPicksFromItsPicture()

@@ -13,6 +13,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QMap>
+#include <QPainter>
 #include <QtTest>
 
 using namespace velunta;
@@ -117,6 +118,47 @@ private Q_SLOTS:
         QCOMPARE(
             DifferingPixels(doc.Buffer.Image().copy(100, 50, expected.width(), expected.height()), expected),
             0);
+    }
+
+    // A stamp came as a box of the paper colour: on a coloured picture the user saw a
+    // white box round it until ticking "Transparent color".
+    void stampOnAColouredPictureShowsNoPaperBox()
+    {
+        StampsFixture f;
+        frmMain& m = f.main();
+        frmPaint* form = f.newDocument(300, 200);
+        Document& doc = form->doc;
+        const Color green = RGB(30, 120, 40), blue = RGB(20, 40, 200);
+        doc.Buffer.setImage(MakeImage(300, 200, [&](int x, int) { return x < 150 ? green : blue; }));
+        m.state().BackColor = RGB(255, 255, 255);
+        m.mnusymbols_Click(0);
+        FrmSymbols* palette = m.symbols();
+        palette->setStampSize(2);
+        const int cake = FirstStamp(*palette, QStringLiteral("Birthday"), false);
+        palette->PicFigures_DblClick(cake);
+        const QImage stamp = StampAtSize(palette->PicFigures(cake), 128);
+        auto laidOn = [&](Color ground) {
+            QImage e(stamp.size(), QImage::Format_RGB32);
+            e.fill(ToQRgb(ground));
+            QPainter p(&e);
+            p.drawImage(0, 0, stamp);
+            return e;
+        };
+        QCOMPARE(DifferingPixels(doc.BufferSelected.Image(), laidOn(green)), 0);
+        QCOMPARE(GetPixel(doc.Buffer, 0, 0), green);
+        // Dragged onto the blue half, the blue shows round it, and the green comes back.
+        f.drag(*form, {40, 40}, {200, 60}, 4);
+        QCOMPARE(int(doc.BufferSelected.Left), 160);
+        QCOMPARE(DifferingPixels(doc.BufferSelected.Image(), laidOn(blue)), 0);
+        QCOMPARE(
+            DifferingPixels(doc.Buffer.Image().copy(160, 20, stamp.width(), stamp.height()), laidOn(blue)),
+            0);
+        QCOMPARE(DifferingPixels(doc.Buffer.Image().copy(0, 0, 150, 200),
+                                 MakeImage(150, 200, [&](int, int) { return green; })),
+                 0);
+        // Pasting the clipboard is a paste like any other: the picture as it is, paper and all.
+        m.Paste_Click();
+        QCOMPARE(DifferingPixels(doc.BufferSelected.Image(), laidOn(RGB(255, 255, 255))), 0);
     }
 
     void stampAfterAMovedStampDoesNotJump()

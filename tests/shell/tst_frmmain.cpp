@@ -419,6 +419,7 @@ private Q_SLOTS:
         QFETCH(QString, tag);
         MainWindowFixture f;
         frmPaint* form = f.newDocument(40, 30);
+        QVERIFY(f.main().ResizeImage(45, 35)); // the program's own undo file, then its picture
         QVERIFY(MakeImage(50, 40, [](int, int) {
                     return RGB(9, 9, 9);
                 }).save(f.appFolder() + QStringLiteral("temp/undo.bmp"), "BMP"));

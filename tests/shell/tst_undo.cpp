@@ -1,10 +1,11 @@
 // Undo and the retouch commands in the running window: the stroke after an undo, the
-// wrap to the saved file, a resize undo file too small to count, "Undo to last saved
-// image", a crop undone by Undo Resize, the colour replacer's command and its undo
-// step, and a brush size beyond the ring arithmetic ending the dab while the program
-// runs on.
+// wrap to the saved file, a resize undo file too small to count or left by another
+// program, "Undo to last saved image", a crop undone by Undo Resize, the colour
+// replacer's command and its undo step, and a brush size beyond the ring arithmetic
+// ending the dab while the program runs on.
 
 #include "core/Gdi.h"
+#include "core/Prompt.h"
 #include "document/PaintArea.h"
 #include "document/frmPaint.h"
 #include "shell/Services.h"
@@ -14,6 +15,8 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFileInfo>
+#include <QTemporaryDir>
 #include <QToolButton>
 #include <QtTest>
 
@@ -102,12 +105,60 @@ private Q_SLOTS:
         MainWindowFixture f;
         frmMain& m = f.main();
         frmPaint* form = f.newDocument(10, 10);
+        QVERIFY(m.ResizeImage(14, 10));
+        // The program's own file, cut short.
         QVERIFY(WriteFile(f.appFolder() + QStringLiteral("temp/undo.bmp"), QByteArray(1999, 'x')));
         m.ValidateMenus();
         QVERIFY(m.action(QStringLiteral("UndoResize"))->isEnabled());
         m.Undo_Click();
         QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
-        QCOMPARE(form->doc.Buffer.ScaleWidth(), 10);
+        QCOMPARE(form->doc.Buffer.ScaleWidth(), 14);
+        m.ValidateMenus();
+        QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
+    }
+
+    // A resize undo file left in the shared temp folder by an earlier program (killed,
+    // so it never removed it; or ended by Exit) or by one still running brought that
+    // program's picture into a new one.
+    void undoFileOfAnotherProgramIsNeverOffered_data()
+    {
+        QTest::addColumn<int>("end");
+        QTest::newRow("left by a program that was killed") << 0;
+        QTest::newRow("left by Exit") << 1;
+        QTest::newRow("of a program still running") << 2;
+    }
+    void undoFileOfAnotherProgramIsNeverOffered()
+    {
+        QFETCH(int, end);
+        QTemporaryDir dir;
+        const QString folder = dir.path() + QStringLiteral("/app/");
+        const QString file = folder + QStringLiteral("temp/undo.bmp");
+        auto first = std::make_unique<MainWindowFixture>(true, nullptr, folder);
+        first->newDocument(40, 30);
+        QVERIFY(first->main().ResizeImage(60, 50));
+        QVERIFY(QFileInfo::exists(file));
+        if (end == 0) {
+            first->endWithoutClose();
+        } else if (end == 1) {
+            first->prompt.answers.enqueue(vbNo); // don't save the changed picture
+            first->main().Exit_Click();
+            QVERIFY(!QFileInfo::exists(file));
+        }
+        MainWindowFixture second(false, nullptr, folder);
+        frmMain& m = second.main();
+        frmPaint* form = second.newDocument(20, 10);
+        const QSize size(form->doc.Buffer.ScaleWidth(), form->doc.Buffer.ScaleHeight());
+        m.ValidateMenus();
+        QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
+        m.Undo_Click();
+        QCOMPARE(QSize(form->doc.Buffer.ScaleWidth(), form->doc.Buffer.ScaleHeight()), size);
+        if (end == 2) {
+            // The second program's start left the first one's undo alone.
+            first->main().ValidateMenus();
+            QVERIFY(first->main().action(QStringLiteral("UndoResize"))->isEnabled());
+            first->main().UndoResize_Click();
+            QCOMPARE(first->main().activeDocument()->doc.Buffer.ScaleWidth(), 40);
+        }
     }
 
     void revertOfANeverSavedPageKeepsIt()

@@ -178,78 +178,78 @@ constexpr S hidden(const char* label)
 // arguments. D and S are the whole picture on picDest unless the call says otherwise.
 // clang-format off
 const EffectRow kEffects[] = {
-    {1000, "Alpha Blending", "Alpha Blending", 0,
-     {set("Blending: 0", 0, 255, 0)},
+    {1000, QT_TRANSLATE_NOOP("Effects", "Alpha Blending"), QT_TRANSLATE_NOOP("Effects", "Alpha Blending"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Blending: 0"), 0, 255, 0)},
      [](EffectRun& r) { return fxAlphaBlend(r.picDest, r.D, r.picSrc, r.D, r.V0, 16777215, r.progress); }},
-    {1010, "Ambient Light", "Ambient Light", ColourPanel | FirstUseColour,
-     {set("Intensity: 0", 0, 255, 0)},
+    {1010, QT_TRANSLATE_NOOP("Effects", "Ambient Light"), QT_TRANSLATE_NOOP("Effects", "Ambient Light"), ColourPanel | FirstUseColour,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Intensity: 0"), 0, 255, 0)},
      [](EffectRun& r) {
          return fxAmbientLight(r.picDest, r.D, r.picDest, r.D, r.st.EffectColor, r.V0, r.progress);
      }},
-    {1020, "Blur", "Blur", 0,
-     {off("N/A Blur")},
+    {1020, QT_TRANSLATE_NOOP("Effects", "Blur"), QT_TRANSLATE_NOOP("Effects", "Blur"), 0,
+     {off(QT_TRANSLATE_NOOP("EffectSliders", "N/A Blur"))},
      [](EffectRun& r) { return fxBlur(r.picDest, r.D, r.picDest, r.D, r.progress); }},
-    {1030, "Brightness", "Brightness", 0,
-     {set("Brightness: 0", -255, 255, 0)},
+    {1030, QT_TRANSLATE_NOOP("Effects", "Brightness"), QT_TRANSLATE_NOOP("Effects", "Brightness"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Brightness: 0"), -255, 255, 0)},
      [](EffectRun& r) { return fxBrightness(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
-    {1040, "Transparent Text", "TransSpecial Text", ColourPanel | TextGroup | TransparentTextGroup,
-     {set("Text size: 22", 6, 255, 22), hidden("Font:"), hidden("Your Text:"),
-      set("Transparency: 0", 0, 255, 128), set(nullptr, 0, 255, 0), set(nullptr, -1800, 1800, 0)},
+    {1040, QT_TRANSLATE_NOOP("Effects", "Transparent Text"), QT_TRANSLATE_NOOP("Effects", "TransSpecial Text"), ColourPanel | TextGroup | TransparentTextGroup,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Text size: 22"), 6, 255, 22), hidden(QT_TRANSLATE_NOOP("EffectSliders", "Font:")), hidden(QT_TRANSLATE_NOOP("EffectSliders", "Your Text:")),
+      set(QT_TRANSLATE_NOOP("EffectSliders", "Transparency: 0"), 0, 255, 128), set(nullptr, 0, 255, 0), set(nullptr, -1800, 1800, 0)},
      transparentText},
     // Emboss and engrave write from one row above the picture and one pixel past it.
-    {1050, "Emboss", "Emboss", 0,
-     {set("Depth: 128", 0, 255, 128)},
+    {1050, QT_TRANSLATE_NOOP("Effects", "Emboss"), QT_TRANSLATE_NOOP("Effects", "Emboss"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Depth: 128"), 0, 255, 128)},
      [](EffectRun& r) {
          return fxEmboss(r.picDest, {0, -1, r.D.width + 1, r.D.height + 1}, r.picDest, r.D, r.V0 / 100.0,
                          r.progress);
      }},
-    {1060, "Engrave", "Engrave", 0,
-     {set("Height: 128", 0, 255, 128)},
+    {1060, QT_TRANSLATE_NOOP("Effects", "Engrave"), QT_TRANSLATE_NOOP("Effects", "Engrave"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Height: 128"), 0, 255, 128)},
      [](EffectRun& r) {
          return fxEngrave(r.picDest, {0, -1, r.D.width + 1, r.D.height + 1}, r.picDest, r.D, r.V0 / 100.0,
                           r.progress);
      }},
-    {1070, "Gamma", "Gamma", 0,
-     {set("Gamma: 100", 0, 255, 100)},
+    {1070, QT_TRANSLATE_NOOP("Effects", "Gamma"), QT_TRANSLATE_NOOP("Effects", "Gamma"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Gamma: 100"), 0, 255, 100)},
      [](EffectRun& r) { return fxGamma(r.picDest, r.D, r.picDest, r.D, r.V0 / 100.0, r.progress); }},
-    {1080, "Grayscale", "Grayscale", 0,
-     {off("N/A Grayscale")},
+    {1080, QT_TRANSLATE_NOOP("Effects", "Grayscale"), QT_TRANSLATE_NOOP("Effects", "Grayscale"), 0,
+     {off(QT_TRANSLATE_NOOP("EffectSliders", "N/A Grayscale"))},
      [](EffectRun& r) { return fxGreyscale(r.picDest, r.D, r.picDest, r.D, r.progress); }},
-    {1090, "Gridelines", "Gridlines", ColourPanel,
-     {set("Transparency: 128", 0, 255, 128), set("Size: 4", 0, 24, 4)},
+    {1090, QT_TRANSLATE_NOOP("Effects", "Gridelines"), QT_TRANSLATE_NOOP("Effects", "Gridlines"), ColourPanel,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Transparency: 128"), 0, 255, 128), set(QT_TRANSLATE_NOOP("EffectSliders", "Size: 4"), 0, 24, 4)},
      [](EffectRun& r) {
          return fxGridelines(r.picDest, r.D, r.picDest, r.D, r.st.EffectColor, r.V0, r.V1, r.progress);
      }},
-    {1100, "Hue", "Hue", 0,
-     {set("Hue: 0", -100, 100, 0)},
+    {1100, QT_TRANSLATE_NOOP("Effects", "Hue"), QT_TRANSLATE_NOOP("Effects", "Hue"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Hue: 0"), -100, 100, 0)},
      [](EffectRun& r) { return fxHue(r.picDest, r.D, r.picDest, r.D, r.V0 / 100.0, r.progress); }},
-    {1110, "Inversion", "Inversion", 0,
-     {set("Inversion: 64", 0, 255, 64)},
+    {1110, QT_TRANSLATE_NOOP("Effects", "Inversion"), QT_TRANSLATE_NOOP("Effects", "Inversion"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Inversion: 64"), 0, 255, 64)},
      [](EffectRun& r) { return fxInversion(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
-    {1120, "Invert", "Invert", 0,
-     {off("N/A Invert")},
+    {1120, QT_TRANSLATE_NOOP("Effects", "Invert"), QT_TRANSLATE_NOOP("Effects", "Invert"), 0,
+     {off(QT_TRANSLATE_NOOP("EffectSliders", "N/A Invert"))},
      [](EffectRun& r) { return fxInvert(r.picDest, r.D, r.picDest, r.D, r.progress); }},
-    {1130, "Light (spot)", "SpotLight", ColourPanel | PositionBars | FirstUseColour,
-     {set("Intensity: 128", 0, 255, 128), set("Definition: ", 0, 255, 64), set("Aperture: 90", 0, 255, 90)},
+    {1130, QT_TRANSLATE_NOOP("Effects", "Light (spot)"), QT_TRANSLATE_NOOP("Effects", "SpotLight"), ColourPanel | PositionBars | FirstUseColour,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Intensity: 128"), 0, 255, 128), set(QT_TRANSLATE_NOOP("EffectSliders", "Definition: "), 0, 255, 64), set(QT_TRANSLATE_NOOP("EffectSliders", "Aperture: 90"), 0, 255, 90)},
      [](EffectRun& r) {
          return fxLight(r.picDest, I4(double(I2(r.st.OffsetX)) + r.st.PointerX),
                         I4(double(I2(r.st.OffsetY)) + r.st.PointerY), r.st.EffectColor, r.V2, r.V0, r.V1, 1,
                         {}, r.progress);
      }},
-    {1140, "Mosaic", "Mosaic", 0,
-     {set("Size: 5", 0, 128, 5)},
+    {1140, QT_TRANSLATE_NOOP("Effects", "Mosaic"), QT_TRANSLATE_NOOP("Effects", "Mosaic"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Size: 5"), 0, 128, 5)},
      [](EffectRun& r) { return fxMosaic(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
-    {1150, "Reduce Colors", "Reduce Colors", 0,
-     {set("Level: 0", 0, 255, 0)},
+    {1150, QT_TRANSLATE_NOOP("Effects", "Reduce Colors"), QT_TRANSLATE_NOOP("Effects", "Reduce Colors"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Level: 0"), 0, 255, 0)},
      [](EffectRun& r) { return fxReduceColors(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
     // Relief writes one pixel past the picture and reads one pixel short of it.
-    {1160, "Relief", "Relief", 0,
-     {off("N/A Relief")},
+    {1160, QT_TRANSLATE_NOOP("Effects", "Relief"), QT_TRANSLATE_NOOP("Effects", "Relief"), 0,
+     {off(QT_TRANSLATE_NOOP("EffectSliders", "N/A Relief"))},
      [](EffectRun& r) {
          return fxRelief(r.picDest, reliefTarget(r), r.picDest, reliefSource(r), r.progress);
      }},
-    {1170, "Render", "Render", TransparencyPick | RenderOffset,
-     {set("Angle: 0", -360, 360, 0), set("Zoom: 100", 0, 400, 100), set("Blending: 128", 0, 255, 128)},
+    {1170, QT_TRANSLATE_NOOP("Effects", "Render"), QT_TRANSLATE_NOOP("Effects", "Render"), TransparencyPick | RenderOffset,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Angle: 0"), -360, 360, 0), set(QT_TRANSLATE_NOOP("EffectSliders", "Zoom: 100"), 0, 400, 100), set(QT_TRANSLATE_NOOP("EffectSliders", "Blending: 128"), 0, 255, 128)},
      [](EffectRun& r) {
          const int h = r.st.HScroll2, v = r.st.VScroll2;
          return fxRender(r.picDest, r.st.PivotX, r.st.PivotY, r.PicSource, h, v, I4(double(r.D.width) + h),
@@ -257,54 +257,54 @@ const EffectRow kEffects[] = {
                          r.progress);
      }},
     // The slider keeps its value and range from the effect before.
-    {1180, "Anti Aliasing", "Ultra anti aliasing", 0,
-     {same("N/A")},
+    {1180, QT_TRANSLATE_NOOP("Effects", "Anti Aliasing"), QT_TRANSLATE_NOOP("Effects", "Ultra anti aliasing"), 0,
+     {same(QT_TRANSLATE_NOOP("EffectSliders", "N/A"))},
      [](EffectRun& r) { return fxAntiAlias(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
     // The new colour is always black.
-    {1190, "Replace Colors", "Replace color", ColourPanel,
-     {set("Similarity: 50", 0, 255, 50)},
+    {1190, QT_TRANSLATE_NOOP("Effects", "Replace Colors"), QT_TRANSLATE_NOOP("Effects", "Replace color"), ColourPanel,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Similarity: 50"), 0, 255, 50)},
      [](EffectRun& r) {
          return fxReplaceColors(r.picDest, r.D, r.picDest, r.D, r.st.EffectColor, 0, r.V0, r.progress);
      }},
-    {1200, "Rotate", "Rotate", TransparencyPick,
-     {set("Angle: 0", -360, 360, 0)},
+    {1200, QT_TRANSLATE_NOOP("Effects", "Rotate"), QT_TRANSLATE_NOOP("Effects", "Rotate"), TransparencyPick,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Angle: 0"), -360, 360, 0)},
      [](EffectRun& r) {
          return fxRotate(r.picDest, r.st.PivotX, r.st.PivotY, r.PicSource, r.D, r.V0, r.st.TransparentColor,
                          r.progress);
      }},
-    {1210, "Saturation Color", "Saturation", 0,
-     {set("Saturation: 255", 0, 255, 255)},
+    {1210, QT_TRANSLATE_NOOP("Effects", "Saturation Color"), QT_TRANSLATE_NOOP("Effects", "Saturation"), 0,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Saturation: 255"), 0, 255, 255)},
      [](EffectRun& r) { return fxSaturation(r.picDest, r.D, r.picDest, r.D, r.V0, r.progress); }},
     // The label reads 0 until the slider's handler runs; the value is 128.
-    {1220, "Scanlines", "Scanlines", ColourPanel,
-     {set("Transparency: 0", 0, 255, 128), set("Size: 1", 0, 24, 1)},
+    {1220, QT_TRANSLATE_NOOP("Effects", "Scanlines"), QT_TRANSLATE_NOOP("Effects", "Scanlines"), ColourPanel,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Transparency: 0"), 0, 255, 128), set(QT_TRANSLATE_NOOP("EffectSliders", "Size: 1"), 0, 24, 1)},
      [](EffectRun& r) {
          return fxScanlines(r.picDest, r.D, r.picDest, r.D, r.st.EffectColor, r.V0, r.V1, -1, r.progress);
      }},
     // Scroll has no effect of its own: the run shows the applied picture.
-    {1230, "Scroll", "Scroll", 0, {same()}, nullptr},
-    {1240, "Text", "Text", ColourPanel | TextGroup,
-     {set("Text size: 22", 6, 100, 22), hidden("Font:"), hidden("Your Text:")},
+    {1230, QT_TRANSLATE_NOOP("Effects", "Scroll"), QT_TRANSLATE_NOOP("Effects", "Scroll"), 0, {same()}, nullptr},
+    {1240, QT_TRANSLATE_NOOP("Effects", "Text"), QT_TRANSLATE_NOOP("Effects", "Text"), ColourPanel | TextGroup,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Text size: 22"), 6, 100, 22), hidden(QT_TRANSLATE_NOOP("EffectSliders", "Font:")), hidden(QT_TRANSLATE_NOOP("EffectSliders", "Your Text:"))},
      text},
-    {1250, "Tone", "Tone", ColourPanel,
-     {set("Tone: 50", 0, 255, 50)},
+    {1250, QT_TRANSLATE_NOOP("Effects", "Tone"), QT_TRANSLATE_NOOP("Effects", "Tone"), ColourPanel,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Tone: 50"), 0, 255, 50)},
      [](EffectRun& r) { return fxTone(r.picDest, r.D, r.picDest, r.D, r.st.EffectColor, r.V0, r.progress); }},
     // Zoom's vertical pivot is the true middle of the picture, unlike Rotate's and Render's.
-    {1260, "Zoom", "Zoomlens", TransparencyPick,
-     {set("Zoom: 1", 0, 400, 100)},
+    {1260, QT_TRANSLATE_NOOP("Effects", "Zoom"), QT_TRANSLATE_NOOP("Effects", "Zoomlens"), TransparencyPick,
+     {set(QT_TRANSLATE_NOOP("EffectSliders", "Zoom: 1"), 0, 400, 100)},
      [](EffectRun& r) {
          return fxZoom(r.picDest, r.st.PivotX, I4(r.D.height / 2.0), r.PicSource, r.D, r.V0 / 100.0,
                        r.st.TransparentColor, r.progress);
      }},
     // The picture merged with itself shifted by a pixel (NOT source OR destination) keeps
     // only the edges; grey makes it a drawing.
-    {1270, "Pencil Art", "Pencil Art", 0,
-     {same("N/A")},
+    {1270, QT_TRANSLATE_NOOP("Effects", "Pencil Art"), QT_TRANSLATE_NOOP("Effects", "Pencil Art"), 0,
+     {same(QT_TRANSLATE_NOOP("EffectSliders", "N/A"))},
      [](EffectRun& r) {
          fxBitBlt(r.picDest, 1, 1, r.D.width, r.D.height, r.picDest, 0, 0, MERGEPAINT);
          return fxGreyscale(r.picDest, r.D, r.picDest, r.D, r.progress);
      }},
-    {1280, "Brass Plate", "Brass Plate", 0,
+    {1280, QT_TRANSLATE_NOOP("Effects", "Brass Plate"), QT_TRANSLATE_NOOP("Effects", "Brass Plate"), 0,
      {same()},
      [](EffectRun& r) {
          return fxRelief(r.picDest, reliefTarget(r), r.picDest, reliefSource(r), r.progress) &&
