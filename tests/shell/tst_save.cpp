@@ -294,7 +294,7 @@ private Q_SLOTS:
         QCOMPARE(next.dialogs.StartFolder, dir.path());
     }
 
-    void openFilterHidesPngAndIco()
+    void firstOpenFilterShowsEveryPictureKind()
     {
         const QString first = OpenFilter(QString()).section(QStringLiteral(";;"), 0, 0);
         for (const char* pattern : {"*.bmp", "*.jpg", "*.gif", "*.png", "*.ico", "*.cur", "*.dib", "*.rle"})
