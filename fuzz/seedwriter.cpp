@@ -89,6 +89,10 @@ int main(int argc, char** argv)
                 PngChunk("tRNS", be16({0x1234, 0x5678, 0x9ABC}))));
     put("png/grey16-trns.png",
         PngFile(3, 1, 16, 0, {be16({0x8001, 0x8000, 0x0101})}, PngChunk("tRNS", be16({0x8001}))));
+    // A text chunk stating 1.3 GB ahead of a small picture: the reader must not take that
+    // memory before it finds the file ending.
+    put("png/text-stating-1.3gb.png",
+        PngFile(24, 16, 8, 2, {QByteArray(72, 0)}, QByteArray::fromHex("4d600125") + "tEXtkey"));
     put("ico/icon-png.ico", IconFile(1, {{3, 1, 32, PngFile(3, 1, 8, 0, {QByteArray::fromHex("00FF80")})}}));
     const QByteArray two = QByteArray::fromHex("000000FF0000");
     put("gif/code-size-11.gif", GifFile({16, 4, 0, 0, 16, 4, 11, two, QByteArray(64, 1)}));

@@ -194,6 +194,9 @@ class tst_loader : public QObject {
              ErrInvalidPicture, cutShort},
             {"png 2147483647 pixels wide", PngFile(0x7FFFFFFF, 1, 8, 6, {}), ErrOutOfMemory,
              QStringLiteral("too large: 2147483647 x 1")},
+            {"png text chunk stating 1.3 GB",
+             PngFile(24, 16, 8, 2, {}, QByteArray::fromHex("4d600125") + "tEXtkey"), ErrInvalidPicture,
+             cutShort},
             // GIF canvas.
             {"gif image partly outside the screen",
              GifFile({4, 3, 2, 2, 3, 2, 2, QByteArray::fromHex("000000FF0000"), QByteArray(6, 1)}),

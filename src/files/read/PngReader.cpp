@@ -64,6 +64,11 @@ bool readInfo(png_structp png, png_infop info, Picture& picture)
     // The loader's own limits are checked on the size before any row memory is
     // taken, with its own message.
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+    // A text, profile or unknown chunk is read whole before its checksum: one that states a
+    // length of a gigabyte would have that much taken before the file is found to end.
+    // No honest chunk of those comes near this.
+    constexpr png_alloc_size_t kLargestChunk = png_alloc_size_t(16) << 20;
+    png_set_chunk_malloc_max(png, kLargestChunk);
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
     // Mutated files seldom keep their checksums right; the fuzzer wants what lies behind them.
     png_set_crc_action(png, PNG_CRC_QUIET_USE, PNG_CRC_QUIET_USE);
