@@ -64,11 +64,12 @@ bool readInfo(png_structp png, png_infop info, Picture& picture)
     // The loader's own limits are checked on the size before any row memory is
     // taken, with its own message.
     png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
-    // A text, profile or unknown chunk is read whole before its checksum: one that states a
-    // length of a gigabyte would have that much taken before the file is found to end.
-    // No honest chunk of those comes near this.
-    constexpr png_alloc_size_t kLargestChunk = png_alloc_size_t(16) << 20;
-    png_set_chunk_malloc_max(png, kLargestChunk);
+    // The chunks of any length that never reach the picture (texts, colour profiles,
+    // suggested palettes, Exif, calibrations) are skipped as they are read. Read, each
+    // would be taken whole into memory first: one stating a length of a gigabyte would
+    // have that much taken before the file is found to end.
+    static const png_byte kSkipped[] = "tEXt\0zTXt\0iTXt\0iCCP\0sPLT\0eXIf\0pCAL\0sCAL";
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, kSkipped, int(sizeof kSkipped / 5));
 #ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
     // Mutated files seldom keep their checksums right; the fuzzer wants what lies behind them.
     png_set_crc_action(png, PNG_CRC_QUIET_USE, PNG_CRC_QUIET_USE);
