@@ -40,14 +40,11 @@ namespace {
 constexpr int kWidth = 4000, kHeight = 3000;
 constexpr double kBudgetMs = 150;
 
-// The main window as the browser's command sees it: one document, nothing else.
-class OneDocumentHost : public bench::NullToolHost {
+// The main window as the browser's command sees it: one document, whose undo steps are
+// recorded in the ring as the program does.
+class OneDocumentHost : public bench::UndoToolHost {
 public:
-    explicit OneDocumentHost(Document& doc) : m_doc(doc) {}
-    Document* ActiveDocument() override { return &m_doc; }
-
-private:
-    Document& m_doc;
+    explicit OneDocumentHost(Document& document) { doc = &document; }
 };
 
 class NoPrompt : public Prompt {
