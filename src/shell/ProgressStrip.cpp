@@ -1,6 +1,7 @@
 #include "shell/ProgressStrip.h"
 
 #include "document/UndoRing.h"
+#include "widgets/PanelLooks.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -24,12 +25,19 @@ ProgressStrip::ProgressStrip(QMainWindow& window, UndoState& undo, QWidget* pare
     m_process->setObjectName(QStringLiteral("Process"));
     m_process->setFixedHeight(14);
     m_process->setMinimumWidth(200);
-    m_process->setStyleSheet(
-        QStringLiteral("#Process { background: white; border: 1px solid rgb(116,156,218); }"));
+    m_process->setFrameStyle(QFrame::Box | QFrame::Plain);
+    m_process->setAutoFillBackground(true);
+    QPalette box = m_process->palette();
+    box.setColor(QPalette::Window, Qt::white);
+    box.setColor(QPalette::WindowText, kFrameBlue);
+    m_process->setPalette(box);
     layout->addWidget(m_process, 1);
     m_bar = new QFrame(m_process);
     m_bar->setObjectName(QStringLiteral("ProcessBar"));
-    m_bar->setStyleSheet(QStringLiteral("#ProcessBar { background: rgb(70,130,220); }"));
+    m_bar->setAutoFillBackground(true);
+    QPalette fill = m_bar->palette();
+    fill.setColor(QPalette::Window, QColor(70, 130, 220));
+    m_bar->setPalette(fill);
     m_bar->setGeometry(1, 1, 1, 12);
     hide();
 }

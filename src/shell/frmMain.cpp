@@ -14,6 +14,7 @@
 #include "tools/frmControls.h"
 #include "update/UpdateCheck.h"
 #include "widgets/Icons.h"
+#include "widgets/PanelLooks.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -68,7 +69,11 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     setWindowTitle(QStringLiteral("Velunta"));
     setWindowIcon(NamedIcon(QStringLiteral("app")));
     setAcceptDrops(true);
-    menuBar()->setStyleSheet(QStringLiteral("QMenuBar { background: rgb(216,235,255); }"));
+    {
+        QPalette bar = menuBar()->palette();
+        bar.setColor(QPalette::Window, QColor(216, 235, 255));
+        menuBar()->setPalette(bar);
+    }
 
     auto* central = new QWidget(this);
     central->setObjectName(QStringLiteral("Central"));
@@ -76,12 +81,10 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     outer->setContentsMargins(0, 0, 0, 0);
     outer->setSpacing(0);
 
-    auto* topBar = new QWidget(central);
+    auto* topBar = new PanelFill(central);
     topBar->setObjectName(QStringLiteral("TopBar"));
-    topBar->setAutoFillBackground(true);
-    topBar->setStyleSheet(QStringLiteral("#TopBar { background: qlineargradient(x1:0, y1:0, x2:0, y2:1, "
-                                         "stop:0 rgb(216,231,252), stop:1 rgb(195,218,249)); "
-                                         "border-bottom: 1px solid rgb(116,156,218); }"));
+    topBar->setFill(kToolbarColorA, kToolbarColorB);
+    topBar->setBorder(kFrameBlue, Qt::BottomEdge);
     auto* topLayout = new QVBoxLayout(topBar);
     topLayout->setContentsMargins(0, 0, 0, 0);
     topLayout->setSpacing(0);
@@ -101,8 +104,6 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     controlsScroll->setWidgetResizable(true);
     controlsScroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     controlsScroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    controlsScroll->setStyleSheet(
-        QStringLiteral("#ControlsScroll, #ControlsScroll > QWidget { background: transparent; }"));
     controlsScroll->viewport()->setAutoFillBackground(false);
     controlsScroll->horizontalScrollBar()->setStyleSheet(QStringLiteral(
         "QScrollBar:horizontal { height: 9px; background: rgb(205,222,246); border: none; margin: 0; }"
@@ -111,6 +112,8 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
         "QScrollBar::add-page, QScrollBar::sub-page { background: none; }"));
     m_controls = new frmControls(m_state);
     controlsScroll->setWidget(m_controls);
+    // On the bar's gradient.
+    m_controls->setAutoFillBackground(false);
     controlsScroll->setFixedHeight(m_controls->height());
     connect(controlsScroll->horizontalScrollBar(), &QScrollBar::rangeChanged, controlsScroll,
             [controlsScroll, this](int, int max) {
@@ -127,24 +130,23 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
 
     auto* middle = new QHBoxLayout;
     middle->setSpacing(0);
-    m_leftBar = new QWidget(central);
-    m_leftBar->setObjectName(QStringLiteral("LeftBar"));
-    m_leftBar->setAutoFillBackground(true);
-    m_leftBar->setStyleSheet(
-        QStringLiteral("#LeftBar { background: rgb(185,214,249); border-right: 1px solid "
-                       "rgb(201,123,76); }"));
+    const QColor barEdge(201, 123, 76);
+    auto* leftBar = new PanelFill(central);
+    leftBar->setObjectName(QStringLiteral("LeftBar"));
+    leftBar->setFill(kPanelColorDark);
+    leftBar->setBorder(barEdge, Qt::RightEdge);
+    m_leftBar = leftBar;
     middle->addWidget(m_leftBar);
     m_mdi = new QMdiArea(central);
     m_mdi->setObjectName(QStringLiteral("MDIArea"));
     m_mdi->setBackground(QColor(150, 170, 200));
     m_mdi->setActivationOrder(QMdiArea::ActivationHistoryOrder);
     middle->addWidget(m_mdi, 1);
-    m_rightBar = new QWidget(central);
-    m_rightBar->setObjectName(QStringLiteral("RightBar"));
-    m_rightBar->setAutoFillBackground(true);
-    m_rightBar->setStyleSheet(
-        QStringLiteral("#RightBar { background: rgb(195,218,249); border-left: 1px solid "
-                       "rgb(201,123,76); }"));
+    auto* rightBar = new PanelFill(central);
+    rightBar->setObjectName(QStringLiteral("RightBar"));
+    rightBar->setFill(kToolbarColorB);
+    rightBar->setBorder(barEdge, Qt::LeftEdge);
+    m_rightBar = rightBar;
     middle->addWidget(m_rightBar);
     outer->addLayout(middle, 1);
 
@@ -161,14 +163,14 @@ frmMain::frmMain(Services& services, QWidget* parent) : QMainWindow(parent), m_s
     coordsLayout->setContentsMargins(6, 2, 6, 2);
     coordsLayout->setSpacing(14);
     auto makeReadout = [&](const QString& name, const QString& tip, const QString& text) {
-        auto* label = new QLabel(text, coords);
+        auto* label = new BoxLabel(coords);
+        label->setText(text);
         label->setObjectName(name);
         label->setToolTip(tip);
         // Room for five-digit sizes ("10000 x 10000"), past the padding and the border.
         label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("00000 x 00000")) + 12);
         label->setFixedHeight(22);
-        label->setStyleSheet(QStringLiteral("QLabel { background: rgb(220,245,255); border: 1px solid "
-                                            "rgb(116,156,218); padding: 1px 4px; }"));
+        label->setBox(kPanelColorLight, kFrameBlue, 4, 1);
         coordsLayout->addWidget(label);
         return label;
     };

@@ -7,6 +7,7 @@
 #include "tools/frmControls.h"
 #include "widgets/ButtonLooks.h"
 #include "widgets/Icons.h"
+#include "widgets/PanelLooks.h"
 
 #include <QCheckBox>
 #include <QFrame>
@@ -91,7 +92,7 @@ void frmMain::buildCommandBar()
         auto* sep = new QFrame(m_picbuttons);
         sep->setObjectName(QStringLiteral("Image1(%1)").arg(i));
         sep->setFrameShape(QFrame::VLine);
-        sep->setStyleSheet(QStringLiteral("color: rgb(116,156,218);"));
+        InkLook(sep, kFrameBlue);
         sep->setFixedWidth(6);
         m_separators[i] = sep;
     }

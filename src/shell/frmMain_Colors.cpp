@@ -29,10 +29,11 @@ void frmMain::wireColors()
     scroll->setObjectName(QStringLiteral("ColorsBg"));
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setStyleSheet(
-        QStringLiteral("#ColorsBg, #ColorsBg > QWidget > QWidget { background: transparent; }"));
     m_colorStrip = new ColorStrip(m_state.ForeColor, m_state.BackColor, m_state.SelIndex);
     scroll->setWidget(m_colorStrip);
+    // On the bar's colour.
+    scroll->viewport()->setAutoFillBackground(false);
+    m_colorStrip->setAutoFillBackground(false);
     scroll->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
     scroll->setFixedWidth(m_colorStrip->sizeHint().width() + scroll->verticalScrollBar()->sizeHint().width());
     layout->addWidget(scroll);

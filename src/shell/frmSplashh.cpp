@@ -1,6 +1,7 @@
 #include "shell/frmSplashh.h"
 
 #include "widgets/Icons.h"
+#include "widgets/PanelLooks.h"
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -23,25 +24,25 @@ frmSplashh::frmSplashh(QWidget* parent) : QWidget(parent, Qt::SplashScreen | Qt:
     big.setPointSize(30);
     big.setBold(true);
     title->setFont(big);
-    title->setStyleSheet(QStringLiteral("color: rgb(30,60,120);"));
+    InkLook(title, QColor(30, 60, 120));
     title->setGeometry(150, 40, 270, 56);
 
     auto* subtitle = new QLabel(tr("Paint for everyone"), this);
-    subtitle->setStyleSheet(QStringLiteral("color: rgb(60,90,150);"));
+    InkLook(subtitle, QColor(60, 90, 150));
     subtitle->setGeometry(152, 96, 260, 20);
 
     m_version = new QLabel(QStringLiteral("v" VELUNTA_VERSION), this);
     m_version->setObjectName(QStringLiteral("lblversion"));
-    m_version->setStyleSheet(QStringLiteral("color: rgb(60,90,150);"));
+    InkLook(m_version, QColor(60, 90, 150));
     m_version->setGeometry(152, 118, 200, 20);
 
     m_shadow = new QLabel(this);
     m_shadow->setObjectName(QStringLiteral("LblShadow"));
-    m_shadow->setStyleSheet(QStringLiteral("color: rgba(255,255,255,200);"));
+    InkLook(m_shadow, QColor(255, 255, 255, 200));
     m_shadow->setGeometry(25, 206, 400, 22);
     m_status = new QLabel(this);
     m_status->setObjectName(QStringLiteral("lblStatus"));
-    m_status->setStyleSheet(QStringLiteral("color: rgb(20,40,90);"));
+    InkLook(m_status, QColor(20, 40, 90));
     m_status->setGeometry(24, 205, 400, 22);
     setStatus(tr("Loading..."));
 
@@ -68,7 +69,7 @@ void frmSplashh::paintEvent(QPaintEvent*)
     g.setColorAt(0, QColor(220, 245, 255));
     g.setColorAt(1, QColor(185, 214, 249));
     p.fillRect(rect(), g);
-    p.setPen(QColor(116, 156, 218));
+    p.setPen(kFrameBlue);
     p.drawRect(rect().adjusted(0, 0, -1, -1));
     p.drawPixmap(20, 40, IconPixmap(QStringLiteral("app"), 112, devicePixelRatioF()));
 }

@@ -50,10 +50,11 @@ void IconView::mouseReleaseEvent(QMouseEvent* event)
 }
 
 ReadoutLabel::ReadoutLabel(const QString& name, const QString& tip, int minimumWidth, QWidget* parent)
-    : QLabel(parent)
+    : BoxLabel(parent)
 {
     setObjectName(name);
-    setProperty("readout", true);
+    setBox(Qt::white, kFrameBlue, 4);
+    setDisabledLook(QColor(235, 240, 248), QColor(130, 130, 130));
     setToolTip(tip);
     setMinimumWidth(minimumWidth);
     setFixedHeight(kPanelRowHeight - 2);
@@ -63,7 +64,7 @@ ReadoutLabel::ReadoutLabel(const QString& name, const QString& tip, int minimumW
 void ReadoutLabel::mousePressEvent(QMouseEvent* event)
 {
     if (event->button() != Qt::LeftButton) {
-        QLabel::mousePressEvent(event);
+        BoxLabel::mousePressEvent(event);
         return;
     }
     // Taken here, so the press doesn't travel on to the panel and count as a press outside.

@@ -4,6 +4,7 @@
 // swatches, and the pictures of the style buttons that have no art of their own.
 
 #include "core/Color.h"
+#include "widgets/PanelLooks.h"
 #include "widgets/zolButton.h"
 
 #include <QFrame>
@@ -51,7 +52,7 @@ private:
 
 // A sunken read-out (selector values, zoom, angle, colour channels). A click on it
 // is reported, so the bigger target opens a selector's slider too.
-class ReadoutLabel : public QLabel {
+class ReadoutLabel : public BoxLabel {
     Q_OBJECT
 public:
     ReadoutLabel(const QString& name, const QString& tip, int minimumWidth, QWidget* parent);

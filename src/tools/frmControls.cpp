@@ -9,6 +9,7 @@
 #include "tools/frmFonts.h"
 #include "tools/frmSelector.h"
 #include "widgets/Icons.h"
+#include "widgets/PanelLooks.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -29,11 +30,6 @@ namespace {
 // Rows of 26 logical pixels, two per panel, with a little air around them.
 constexpr int kStripHeight = 2 * kStyleButtonSize + 8;
 
-const char* const kStripStyle =
-    "QLabel[readout=\"true\"] { background: white; border: 1px solid rgb(116,156,218); padding: 0px 4px; }"
-    "QLabel[readout=\"true\"]:disabled { background: rgb(235,240,248); color: rgb(130,130,130); }"
-    "QLabel[caption=\"true\"] { font-weight: bold; color: rgb(20,50,110); }"
-    "QFrame[separator=\"true\"] { color: rgb(150,180,225); }";
 
 } // namespace
 
@@ -67,7 +63,6 @@ QString PanelCaption(int tool)
 frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m_state(state)
 {
     setObjectName(QStringLiteral("frmControls"));
-    setStyleSheet(QString::fromLatin1(kStripStyle));
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     m_stack = new QStackedWidget(this);
@@ -94,7 +89,7 @@ frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m
         row->addWidget(icon);
         auto* caption = new QLabel(PanelCaption(i), panel);
         caption->setObjectName(QStringLiteral("lblCaption(%1)").arg(i));
-        caption->setProperty("caption", true);
+        CaptionLook(caption, QColor(20, 50, 110));
         caption->setWordWrap(true);
         caption->setFixedWidth(m_captionWidth);
         row->addWidget(caption);
@@ -214,6 +209,11 @@ void frmControls::SetFontStyle(const QString& style)
     Q_EMIT textFontChanged();
 }
 
+QLabel* frmControls::fontPreview() const
+{
+    return m_fontPreview;
+}
+
 void frmControls::ShowFontPreview()
 {
     if (!m_fontPreview)
@@ -228,9 +228,8 @@ void frmControls::ShowFontPreview()
     const Color back = m_state.ForeColor != m_state.BackColor ? m_state.BackColor
                        : m_state.ForeColor == 0xFFFFFF        ? 0
                                                               : 0xFFFFFF;
-    m_fontPreview->setStyleSheet(QStringLiteral("QLabel { color: %1; background: %2; border: 1px solid "
-                                                "rgb(116,156,218); }")
-                                     .arg(ToQColor(m_state.ForeColor).name(), ToQColor(back).name()));
+    m_fontPreview->setBox(ToQColor(back), kFrameBlue, 0);
+    m_fontPreview->setInk(ToQColor(m_state.ForeColor));
     m_fontPreview->show();
 }
 

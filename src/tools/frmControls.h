@@ -31,6 +31,7 @@ class QStackedWidget;
 
 namespace velunta {
 
+class BoxLabel;
 class ColorSwatch;
 class Document;
 class FillPatternButton;
@@ -142,7 +143,7 @@ public:
     // The text tool's font preview: a sample in the chosen font and style, in the
     // working colours.
     void ShowFontPreview();
-    QLabel* fontPreview() const { return m_fontPreview; }
+    QLabel* fontPreview() const;
 
     // TxtBlend's Enter: a value of 0 to 100 sets the blend; anything else is refused
     // with a message and changes nothing.
@@ -245,7 +246,7 @@ private:
     QLabel* m_lblAngle = nullptr;
     QLabel* m_lblFont = nullptr;
     QLabel* m_lblFontStyle = nullptr;
-    QLabel* m_fontPreview = nullptr;
+    BoxLabel* m_fontPreview = nullptr;
     QAbstractButton* m_cmdFont = nullptr;
     QAbstractButton* m_cmdFontStyle = nullptr;
     QLineEdit* m_txtBlend = nullptr;

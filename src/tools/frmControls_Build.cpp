@@ -115,7 +115,7 @@ QFrame* Separator(QWidget* parent)
 {
     auto* line = new QFrame(parent);
     line->setFrameShape(QFrame::VLine);
-    line->setProperty("separator", true);
+    InkLook(line, QColor(150, 180, 225));
     line->setFixedHeight(2 * kStyleButtonSize);
     return line;
 }

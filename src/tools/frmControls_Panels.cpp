@@ -297,12 +297,11 @@ void frmControls::buildTextPanel()
     connect(m_cmdFontStyle, &QAbstractButton::clicked, this, [this] { ShowHideFontStyle(); });
     connect(styleLabel, &ReadoutLabel::clicked, this, [this] { ShowHideFontStyle(); });
     addColumn(12, {{QString(), fontBox}, {QString(), styleBox}});
-    m_fontPreview = new QLabel(m_panels[12]);
+    m_fontPreview = new BoxLabel(m_panels[12]);
     m_fontPreview->setObjectName(QStringLiteral("picFontPreview"));
     m_fontPreview->setToolTip(tr("How the text will look"));
     m_fontPreview->setAlignment(Qt::AlignCenter);
     m_fontPreview->setFixedSize(84, 2 * kPanelRowHeight + 4);
-    m_fontPreview->setFrameShape(QFrame::Box);
     m_options[12]->addWidget(m_fontPreview);
     addColumn(12, {{tr("Text  size:"), selectorBox(12, 7)},
                    {QString(), checkBox(12, QStringLiteral("OptCenterFont"), tr("Center text"),

@@ -4,6 +4,7 @@
 #include "widgets/ColorStrip.h"
 
 #include "widgets/Icons.h"
+#include "widgets/PanelLooks.h"
 #include "widgets/StripParts.h"
 #include "widgets/frmColor.h"
 
@@ -55,30 +56,34 @@ QImage GraysPicture(QSize size)
     return img;
 }
 
-QFrame* Panel(QWidget* parent)
+QWidget* Panel(QWidget* parent)
 {
-    auto* panel = new QFrame(parent);
+    auto* panel = new PanelFill(parent);
     panel->setObjectName(QStringLiteral("ColorPanel"));
-    panel->setStyleSheet(QStringLiteral("#ColorPanel { background: rgb(220,245,255); "
-                                        "border: 1px solid rgb(116,156,218); border-radius: 3px; }"));
+    panel->setFill(QColor(220, 245, 255));
+    panel->setBorder(kFrameBlue, Qt::LeftEdge | Qt::TopEdge | Qt::RightEdge | Qt::BottomEdge, 3);
+    panel->setContentsMargins(1, 1, 1, 1);
     return panel;
 }
 
 QLabel* Caption(const QString& text, QWidget* parent)
 {
     auto* label = new QLabel(text, parent);
-    label->setStyleSheet(QStringLiteral("QLabel { color: rgb(20,50,110); font-weight: bold; }"));
+    CaptionLook(label, QColor(20, 50, 110));
     return label;
 }
 
 QLabel* Readout(const QString& name, QWidget* parent)
 {
-    auto* label = new QLabel(parent);
+    auto* label = new BoxLabel(parent);
     label->setObjectName(name);
     label->setFixedHeight(20);
     label->setTextInteractionFlags(Qt::NoTextInteraction);
-    label->setStyleSheet(QStringLiteral("QLabel { background: white; border: 1px solid rgb(116,156,218); "
-                                        "padding: 0px 4px; font-family: monospace; }"));
+    label->setBox(Qt::white, kFrameBlue, 4);
+    QFont mono = label->font();
+    mono.setFamilies({QStringLiteral("monospace")});
+    mono.setStyleHint(QFont::Monospace);
+    label->setFont(mono);
     return label;
 }
 
@@ -270,7 +275,7 @@ QWidget* ColorStrip::buildSliders()
     for (int k = 0; k < 3; ++k) {
         auto* name = new QLabel(QString::fromLatin1(channel[k]), panel);
         name->setFixedWidth(12);
-        name->setStyleSheet(QStringLiteral("QLabel { font-weight: bold; color: %1; }").arg(ink[k].name()));
+        CaptionLook(name, ink[k]);
         grid->addWidget(name, k, 0);
         m_bar[k] = new ColorSlider(panel);
         m_bar[k]->setObjectName(QStringLiteral("ColorBar(%1)").arg(k));
