@@ -357,13 +357,6 @@ bool frmMain::MDIForm_OLEDragDrop(const QMimeData& data)
 
 bool frmMain::eventFilter(QObject* watched, QEvent* event)
 {
-    // A click on the transparency swatch arms the pick: the colour picker takes it.
-    if (event->type() == QEvent::MouseButtonRelease &&
-        watched->objectName() == QLatin1String("LblTransparencyColor") &&
-        static_cast<QWidget*>(watched)->isEnabled()) {
-        m_state.TransparencyPickArmed = true;
-        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(kToolColorPicker); }); });
-    }
     if (event->type() == QEvent::KeyPress && m_progress->isVisible()) {
         if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
             m_undo.CancelRequested = true;

@@ -9,11 +9,10 @@
 #include "tools/frmControls.h"
 
 #include <QApplication>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QMdiSubWindow>
 #include <QMimeData>
-#include <QScrollBar>
+#include <QTimer>
 
 namespace velunta {
 
@@ -148,15 +147,7 @@ void frmMain::wireSelectionOptions()
 {
     frmControls& c = *m_controls;
     // The float's options preview at once; Apply keeps the preview, Cancel drops it.
-    auto uncheck = [this, &c] {
-        m_state.BlendSelection = false;
-        m_state.TransparentSelection = false;
-        for (const char* name : {"chkblendit", "ChkTransparencyColor"})
-            if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name))) {
-                const QSignalBlocker block(box);
-                box->setChecked(false);
-            }
-    };
+    auto uncheck = [&c] { c.ClearSelectionOptions(); };
     // Both end with the area read-out at "0 x 0".
     registerOperation(op::ApplySelection, [this, uncheck] {
         ApplyToSelection();
@@ -171,18 +162,16 @@ void frmMain::wireSelectionOptions()
     // The check boxes run the preview themselves, on and off alike (below).
     c.setOperationAvailable(op::BlendThePic, true);
     c.setOperationAvailable(op::DoTransparent, true);
-    for (const char* name : {"chkblendit", "ChkTransparencyColor"})
-        if (auto* box = c.control<QCheckBox>(QString::fromLatin1(name)))
-            connect(box, &QCheckBox::toggled, this,
-                    [this] { guarded("selection option", [&] { refreshSelectionPreview(); }); });
-    if (auto* bar = c.control<QScrollBar>(QStringLiteral("ScrllBlend")))
-        connect(bar, &QScrollBar::valueChanged, this, [this] {
-            if (m_state.BlendSelection)
-                guarded("selection blend", [&] { refreshSelectionPreview(); });
-        });
+    connect(&c, &frmControls::selectionOptionsChanged, this,
+            [this] { guarded("selection option", [&] { refreshSelectionPreview(); }); });
+    connect(&c, &frmControls::selectionBlendChanged, this, [this] {
+        if (m_state.BlendSelection)
+            guarded("selection blend", [&] { refreshSelectionPreview(); });
+    });
     // Picking the key colour goes through the colour picker.
-    if (auto* swatch = c.control<QWidget>(QStringLiteral("LblTransparencyColor")))
-        swatch->installEventFilter(this);
+    connect(&c, &frmControls::transparencyPickRequested, this, [this] {
+        QTimer::singleShot(0, this, [this] { guarded("Cmd_Click", [&] { Cmd_Click(kToolColorPicker); }); });
+    });
 }
 
 void frmMain::refreshSelectionPreview()

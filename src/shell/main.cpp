@@ -8,6 +8,7 @@
 #include "shell/frmMain.h"
 #include "shell/frmRecovery.h"
 #include "shell/frmSplashh.h"
+#include "widgets/AppStyle.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -25,6 +26,7 @@ int main(int argc, char** argv)
     QGuiApplication::setDesktopFileName(QStringLiteral("com.zolvane.Velunta"));
 
     using namespace velunta;
+    QApplication::setStyle(new AppStyle);
     // The user's language, where a translation was shipped; Qt's own buttons too.
     QTranslator qtTranslation;
     if (qtTranslation.load(QLocale(), QStringLiteral("qtbase"), QStringLiteral("_"),

@@ -109,7 +109,11 @@ frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m
     m_groups[GCmd6] = {QStringLiteral("Cmd6"), &DrawState::DissolveMode, &frmControls::SetDissolveMode, {}};
     m_groups[GCmd7] = {QStringLiteral("Cmd7"), &DrawState::ArrowStyle, &frmControls::SetArrowStyle, {}};
     m_groups[GCmd8] = {QStringLiteral("Cmd8"), &DrawState::EnhanceMode, &frmControls::SetEnhanceMode, {}};
-    buildPanels();
+    // Each group's buttons, made with their panels: Cmd3(0..10), Cmd(0..5)...
+    static const int kStyleCounts[GroupCount] = {11, 6, 6, 6, 4, 4, 2, 3};
+    for (int g = 0; g < GroupCount; ++g)
+        m_groups[g].buttons.assign(kStyleCounts[g], nullptr);
+    m_angleText = tr("N/A");
     LoadDrawSettings();
     ColorsChanged();
 }
@@ -128,6 +132,7 @@ void frmControls::ShowPanel(int tool)
 {
     if (tool < 0 || tool >= kToolCount)
         return;
+    ensurePanel(tool);
     closePopups();
     // The strip is as wide as the panel it shows, not as its widest one, so a narrow
     // window keeps room for the read-outs beside it.
@@ -142,6 +147,48 @@ void frmControls::ShowPanel(int tool)
 int frmControls::shownPanel() const
 {
     return m_stack->currentIndex();
+}
+
+QWidget* frmControls::DrawToolbar(int tool)
+{
+    ensurePanel(tool);
+    return m_panels.at(tool);
+}
+
+QLabel* frmControls::lblSelector(int index)
+{
+    if (!m_lblSelector.at(index))
+        buildAll();
+    return m_lblSelector.at(index);
+}
+
+QAbstractButton* frmControls::CmdDropDown(int index)
+{
+    if (!m_dropDown.at(index))
+        buildAll();
+    return m_dropDown.at(index);
+}
+
+void frmControls::refreshWidgets()
+{
+    for (int i = 0; i < 16; ++i)
+        if (m_lblSelector[i])
+            m_lblSelector[i]->setText(m_state.SelectorValues[i].Caption);
+    for (const auto& load : m_loaders)
+        load();
+    for (int g = 0; g < GroupCount; ++g)
+        showStyles(GroupId(g));
+    OptFillStyle_Click(m_state.FillPattern);
+    showFontLabels();
+    showBlend();
+    if (m_lblZoom)
+        m_lblZoom->setText(m_zoomText);
+    SetZoomOption(m_zoomChoice);
+    SetAngleText(m_angleText, m_angleAlignment);
+    ShowPickedColor(m_picked);
+    ShowCursorPanel(m_cursorShown);
+    ShowFontPreview();
+    ColorsChanged();
 }
 
 void frmControls::LoadDrawSettings()
@@ -167,7 +214,8 @@ void frmControls::SetSelectorCaption(int index, const QString& caption)
     if (index < 0 || index >= 16)
         return;
     m_state.SelectorValues[index].Caption = caption;
-    m_lblSelector[index]->setText(caption);
+    if (m_lblSelector[index])
+        m_lblSelector[index]->setText(caption);
 }
 
 void frmControls::ApplyTextSize()
@@ -183,24 +231,34 @@ void frmControls::ApplyTextSize()
 void frmControls::SetFontName(const QString& name)
 {
     m_state.FontName = name;
+    showFontLabels();
+    ShowFontPreview();
+    Q_EMIT textFontChanged();
+}
+
+void frmControls::showFontLabels()
+{
+    if (!m_lblFont)
+        return;
+    const QString& name = m_state.FontName;
     QFont face(name);
     face.setPointSizeF(font().pointSizeF());
     m_lblFont->setFont(face);
     // A long family name is shortened in the box and shown whole in its tooltip.
     m_lblFont->setText(QFontMetrics(face).elidedText(name, Qt::ElideRight, m_lblFont->width() - 10));
     m_lblFont->setToolTip(tr("Font of the text: %1").arg(name));
-    ShowFontPreview();
-    Q_EMIT textFontChanged();
+    const QString& style = m_state.FontStyle;
+    m_lblFontStyle->setText(style);
+    QFont styled = font();
+    styled.setBold(FontStyleBold(style));
+    styled.setItalic(FontStyleItalic(style));
+    m_lblFontStyle->setFont(styled);
 }
 
 void frmControls::SetFontStyle(const QString& style)
 {
     m_state.FontStyle = style;
-    m_lblFontStyle->setText(style);
-    QFont face = font();
-    face.setBold(FontStyleBold(style));
-    face.setItalic(FontStyleItalic(style));
-    m_lblFontStyle->setFont(face);
+    showFontLabels();
     if (Document* doc = activeDocument()) {
         doc->Buffer.FontBold = FontStyleBold(style);
         doc->Buffer.FontItalic = FontStyleItalic(style);
@@ -246,7 +304,8 @@ void frmControls::showStyles(GroupId group)
     const StyleGroup& g = m_groups[group];
     const int chosen = m_state.*g.field;
     for (int i = 0; i < int(g.buttons.size()); ++i)
-        g.buttons[i]->setChecked(i == chosen);
+        if (g.buttons[i])
+            g.buttons[i]->setChecked(i == chosen);
 }
 
 void frmControls::SetShapeStyle(int index)
@@ -285,53 +344,69 @@ void frmControls::OptFillStyle_Click(int index)
     if (index >= 0 && index < 8)
         m_state.FillPattern = index;
     for (int i = 0; i < 8; ++i)
-        m_fillStyles[i]->setChecked(i == m_state.FillPattern);
+        if (m_fillStyles[i])
+            m_fillStyles[i]->setChecked(i == m_state.FillPattern);
 }
 
 void frmControls::SetZoomText(const QString& text)
 {
-    m_lblZoom->setText(text);
+    m_zoomText = text;
+    if (m_lblZoom)
+        m_lblZoom->setText(text);
 }
 
 QString frmControls::zoomText() const
 {
-    return m_lblZoom->text();
+    return m_zoomText;
 }
 
 void frmControls::SetZoomOption(double zoom)
 {
     static const double kZooms[6] = {10, 25, 50, 100, 200, 300};
+    m_zoomChoice = zoom;
     for (int i = 0; i < 6; ++i)
-        m_zoomOptions[i]->setChecked(zoom == kZooms[i]);
+        if (m_zoomOptions[i])
+            m_zoomOptions[i]->setChecked(zoom == kZooms[i]);
 }
 
 void frmControls::ShowCursorPanel(bool visible)
 {
-    m_cursorPanel->setVisible(visible);
+    m_cursorShown = visible;
+    if (m_cursorPanel)
+        m_cursorPanel->setVisible(visible);
 }
 
 bool frmControls::cursorPanelVisible() const
 {
-    return !m_cursorPanel->isHidden();
+    return m_cursorShown;
 }
 
 void frmControls::SetBlendText(const QString& text)
 {
+    m_blendText = text;
+    showBlend();
+}
+
+void frmControls::showBlend()
+{
+    if (!m_txtBlend)
+        return;
     // Called on every pointer move over a selection: a box being typed in keeps its cursor.
-    if (m_txtBlend->text() != text)
-        m_txtBlend->setText(text);
+    if (m_txtBlend->text() != m_blendText)
+        m_txtBlend->setText(m_blendText);
     const int blend = m_state.SelectionBlend;
     const QSignalBlocker block(m_scrllBlend);
-    m_scrllBlend->setValue(blend >= 1 && blend <= 255 ? blend : BlendFromPercent(int(Val(text))));
+    m_scrllBlend->setValue(blend >= 1 && blend <= 255 ? blend : BlendFromPercent(int(Val(m_blendText))));
 }
 
 QString frmControls::blendText() const
 {
-    return m_txtBlend->text();
+    return m_txtBlend ? m_txtBlend->text() : m_blendText;
 }
 
 void frmControls::TxtBlend_Enter()
 {
+    ensurePanel(0);
     bool ok = false;
     const int percent = m_txtBlend->text().trimmed().toInt(&ok);
     if (!ok || percent < 0 || percent > 100) {
@@ -352,6 +427,9 @@ void frmControls::TxtBlend_Enter()
 
 void frmControls::ShowPickedColor(Color c)
 {
+    m_picked = c;
+    if (!m_colorPick)
+        return;
     m_colorPick->setColor(c);
     const bool none = c < 0;
     m_rgb[0]->setText(none ? QString() : QString::number(ColorRed(c)));
@@ -361,11 +439,13 @@ void frmControls::ShowPickedColor(Color c)
 
 void frmControls::SetTransparencySwatch(Color c)
 {
+    ensurePanel(0);
     m_transparencyColor->setColor(c);
 }
 
 void frmControls::SetReplaceSwatch(int index, Color c)
 {
+    ensurePanel(17);
     if (index >= 0 && index < 2)
         m_replaceCol[index]->setColor(c);
 }
@@ -375,6 +455,10 @@ void frmControls::SetAngleText(const QString& text, int alignment)
     const Qt::Alignment horizontal = alignment == 1   ? Qt::AlignRight
                                      : alignment == 2 ? Qt::AlignHCenter
                                                       : Qt::AlignLeft;
+    m_angleText = text;
+    m_angleAlignment = alignment;
+    if (!m_lblAngle)
+        return;
     m_lblAngle->setAlignment(horizontal | Qt::AlignVCenter);
     m_lblAngle->setText(text);
 }
@@ -382,13 +466,35 @@ void frmControls::SetAngleText(const QString& text, int alignment)
 void frmControls::ColorsChanged()
 {
     for (FillPatternButton* b : m_fillStyles)
-        b->setInk(m_state.ForeColor);
+        if (b)
+            b->setInk(m_state.ForeColor);
     for (int i = 0; i < 2; ++i)
-        m_replaceCol[i]->setColor(m_state.ReplaceColors[i]);
-    m_transparencyColor->setColor(m_state.TransparencyColor);
-    m_transparencyColor->setArmed(m_state.TransparencyPickArmed);
+        if (m_replaceCol[i])
+            m_replaceCol[i]->setColor(m_state.ReplaceColors[i]);
+    if (m_transparencyColor) {
+        m_transparencyColor->setColor(m_state.TransparencyColor);
+        m_transparencyColor->setArmed(m_state.TransparencyPickArmed);
+    }
     if (m_fontPreview && m_fontPreview->isVisible())
         ShowFontPreview();
+}
+
+void frmControls::ClearSelectionOptions()
+{
+    m_state.BlendSelection = false;
+    m_state.TransparentSelection = false;
+    for (const char* name : {"chkblendit", "ChkTransparencyColor"})
+        if (auto* box = findChild<QCheckBox*>(QString::fromLatin1(name))) {
+            const QSignalBlocker block(box);
+            box->setChecked(false);
+        }
+}
+
+QStringList frmControls::operationNames()
+{
+    return {op::ApplyText,    op::CancelText,    op::ApplySelection, op::CancelSelection, op::Replacecolors,
+            op::CancelReplace, op::BlendThePic,  op::DoTransparent,  op::PasteBlend,      op::Texturefill,
+            op::Bezier,       op::Polygons,      op::PicFrames,      op::DetailEdit};
 }
 
 void frmControls::needsOperation(QWidget* control, const QString& operation)

@@ -3,6 +3,10 @@
 // with the tool's icon and caption and its options. Each control writes the draw
 // state through a setter; the tools only read the state.
 //
+// A panel's options are made when the panel is first shown (or a control of it is
+// asked for by name), so the window opens with only the chosen tool's. What the
+// setters show is kept, and a panel made later shows it too.
+//
 // Controls whose action is an operation of another part of the program (applying
 // text, replacing colours, blending the selection, the texture and frame dialogs...)
 // ask for it by name through operationRequested() and stay disabled until the main
@@ -72,9 +76,9 @@ public:
     // Shows the panel of a tool (SelectTool's step 2); open pop-ups close.
     void ShowPanel(int tool);
     int shownPanel() const;
-    QWidget* DrawToolbar(int tool) const { return m_panels.at(tool); }
-    // The row of a panel where its option columns stand.
-    QHBoxLayout* options(int tool) const { return m_options.at(tool); }
+    // A tool's panel, with its options made.
+    QWidget* DrawToolbar(int tool);
+    bool panelBuilt(int tool) const { return tool >= 0 && tool < kToolCount && m_built[tool]; }
 
     // Applies the tool option values of the draw state to the controls: selector
     // values (brought into their ranges) and captions, the text fields, the check
@@ -149,15 +153,26 @@ public:
     // with a message and changes nothing.
     void TxtBlend_Enter();
 
+    // The float's blend and transparent colour options off, their boxes cleared.
+    void ClearSelectionOptions();
+
     // Controls waiting for an operation are enabled once it exists.
     void setOperationAvailable(const QString& name, bool available);
     bool operationAvailable(const QString& name) const { return m_available.value(name, false); }
-    QStringList operationNames() const { return m_operationControls.keys(); }
+    // Every operation a panel asks for, made or not.
+    static QStringList operationNames();
 
-    // A control by its name in the program ("lblSelector(4)", "Cmd2(3)", "chkRan").
-    template <class T = QWidget> T* control(const QString& name) const { return findChild<T*>(name); }
-    QLabel* lblSelector(int index) const { return m_lblSelector.at(index); }
-    QAbstractButton* CmdDropDown(int index) const { return m_dropDown.at(index); }
+    // A control by its name in the program ("lblSelector(4)", "Cmd2(3)", "chkRan"); a
+    // name not found among the panels made so far makes them all.
+    template <class T = QWidget> T* control(const QString& name)
+    {
+        if (T* found = findChild<T*>(name))
+            return found;
+        buildAll();
+        return findChild<T*>(name);
+    }
+    QLabel* lblSelector(int index);
+    QAbstractButton* CmdDropDown(int index);
 
 Q_SIGNALS:
     // A control asks for an operation of the main window by name (see op::).
@@ -170,6 +185,11 @@ Q_SIGNALS:
     void removeAreaRequested();
     // The font name, style or size of the text tool changed.
     void textFontChanged();
+    // The float's options: a check box turned on or off, the blend moved, the
+    // transparent colour's swatch clicked (the pick is armed).
+    void selectionOptionsChanged();
+    void selectionBlendChanged();
+    void transparencyPickRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -184,14 +204,25 @@ private:
     };
     enum GroupId { GCmd3, GCmd, GCmd2, GCmd5, GCmd4, GCmd6, GCmd7, GCmd8, GroupCount };
 
-    // Building (frmControls_Build.cpp).
-    void buildPanels();
+    // Building (frmControls_Build.cpp, frmControls_Panels.cpp).
+    void ensurePanel(int tool);
+    void buildAll();
+    void buildPanel(int tool);
     void buildCursorPanel();
-    void buildBrushPanels();
-    void buildShapePanels();
-    void buildViewPanels();
+    void buildPencilPanel();
+    void buildZoomPanel();
+    void buildFillPanel();
+    void buildPickerPanel();
     void buildTextPanel();
-    void buildColorPanels();
+    void buildLinePanel();
+    void build3DPanel();
+    void buildReplacePanel();
+    void buildDissolvePanel();
+    void buildEnhancePanel();
+    // Puts what the draw state and the setters hold on the controls made so far.
+    void refreshWidgets();
+    void showFontLabels();
+    void showBlend();
     // A column of one or two rows, each a caption and a control; a single row stands centred.
     struct Row {
         QString caption;
@@ -231,6 +262,7 @@ private:
     QPointer<QWidget> m_popupHost;
     QStackedWidget* m_stack = nullptr;
     std::array<QWidget*, kToolCount> m_panels{};
+    std::array<bool, kToolCount> m_built{};
     std::array<QHBoxLayout*, kToolCount> m_options{};
     std::array<StyleGroup, GroupCount> m_groups;
     std::array<QLabel*, 16> m_lblSelector{};
@@ -255,6 +287,14 @@ private:
     ColorSwatch* m_transparencyColor = nullptr;
     QComboBox* m_cmb3Dsize = nullptr;
     std::vector<std::function<void()>> m_loaders; // each puts one control back to its state field
+    // What the setters were told, for panels made later.
+    QString m_zoomText = QStringLiteral("100%");
+    double m_zoomChoice = -1;
+    QString m_angleText;
+    int m_angleAlignment = 1;
+    Color m_picked = kNoColor;
+    bool m_cursorShown = false;
+    QString m_blendText = QStringLiteral("50");
     int m_dropped = -1;
     // The pop-ups are children of the main window, which may delete them first.
     QPointer<frmSelector> m_selector;

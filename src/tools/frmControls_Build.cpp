@@ -122,14 +122,19 @@ QFrame* Separator(QWidget* parent)
 
 } // namespace
 
-void frmControls::buildPanels()
+void frmControls::ensurePanel(int tool)
 {
-    buildCursorPanel();
-    buildBrushPanels();
-    buildShapePanels();
-    buildViewPanels();
-    buildTextPanel();
-    buildColorPanels();
+    if (tool < 0 || tool >= kToolCount || m_built[tool])
+        return;
+    m_built[tool] = true;
+    buildPanel(tool);
+    refreshWidgets();
+}
+
+void frmControls::buildAll()
+{
+    for (int tool = 0; tool < kToolCount; ++tool)
+        ensurePanel(tool);
 }
 
 QGridLayout* frmControls::newColumn(int tool)

@@ -30,6 +30,82 @@ const char* const kFillTips[8] = {QT_TRANSLATE_NOOP("velunta::frmControls", "Sol
 
 } // namespace
 
+void frmControls::buildPanel(int tool)
+{
+    switch (tool) {
+    case 0:
+        buildCursorPanel();
+        break;
+    case 1:
+        buildPencilPanel();
+        break;
+    case 2:
+        buildZoomPanel();
+        break;
+    case 3:
+        buildFillPanel();
+        break;
+    case 4:
+        m_lblAngle =
+            new ReadoutLabel(QStringLiteral("lblAngle"), tr("Angle of the gradient"), 56, m_panels[4]);
+        addColumn(4, {{tr("Angle:"), m_lblAngle}});
+        break;
+    case 6:
+        addColumn(6, {{tr("Pressure:"), selectorBox(6, 0)}, {tr("Size:"), selectorBox(6, 2)}});
+        addColumn(6, {{QString(), checkBox(6, QStringLiteral("chkAirOldSchool"), tr("Hard Spray"),
+                                           tr("Use hard style spray/brush"), &DrawState::HardSpray)}});
+        break;
+    case 8:
+        buildPickerPanel();
+        break;
+    case 9:
+        addColumn(9, {{tr("Bordersize:"), selectorBox(9, 5)}, {tr("Style:"), styleRow(9, GCmd, 0, 5)}});
+        addColumn(9, {{tr("Round:"), textBox(9, QStringLiteral("TxtRoundCorners"),
+                                             tr("Amount % of rounding of corners"),
+                                             &DrawState::RoundCornersText)}});
+        break;
+    case 10:
+        addColumn(10,
+                  {{tr("Bordersize:"), selectorBox(10, 6)}, {tr("Style:"), styleRow(10, GCmd2, 0, 5)}});
+        addColumn(10, {{QString(), operationButton(10, QStringLiteral("Image4"), tr("Bezier curvers"),
+                                                   tr("Draw Advanced Bezier Curves"), op::Bezier,
+                                                   QStringLiteral("cmd-21"))}});
+        break;
+    case 11:
+        addColumn(11, {{tr("Size:"), selectorBox(11, 3)}, {tr("Pressure:"), selectorBox(11, 1)}});
+        addColumn(11, {{tr("Style:"), styleRow(11, GCmd4, 0, 1)}});
+        break;
+    case 12:
+        buildTextPanel();
+        break;
+    case 13:
+        addColumn(13, {{tr("Size:"), selectorBox(13, 8)}});
+        break;
+    case 14:
+        buildLinePanel();
+        break;
+    case 15:
+        addColumn(15, {{tr("Size:"), selectorBox(15, 10)}, {tr("Pressure:"), selectorBox(15, 11)}});
+        addColumn(15, {{tr("Style:"), styleRow(15, GCmd4, 2, 3)}});
+        break;
+    case 16:
+        build3DPanel();
+        break;
+    case 17:
+        buildReplacePanel();
+        break;
+    case 18:
+        buildDissolvePanel();
+        break;
+    case 19:
+        buildEnhancePanel();
+        break;
+    default:
+        // Area Selection and Crop Image have no options.
+        break;
+    }
+}
+
 void frmControls::buildCursorPanel()
 {
     m_cursorPanel = new QWidget(m_panels[0]);
@@ -46,6 +122,7 @@ void frmControls::buildCursorPanel()
         if (on)
             Q_EMIT operationRequested(op::BlendThePic);
     });
+    connect(blendIt, &QCheckBox::toggled, this, &frmControls::selectionOptionsChanged);
     needsOperation(blendIt, op::BlendThePic);
 
     auto* keyBox = new QWidget(m_cursorPanel);
@@ -57,13 +134,17 @@ void frmControls::buildCursorPanel()
         if (on)
             Q_EMIT operationRequested(op::DoTransparent);
     });
+    connect(transparent, &QCheckBox::toggled, this, &frmControls::selectionOptionsChanged);
     needsOperation(transparent, op::DoTransparent);
     m_transparencyColor =
         new ColorSwatch(QStringLiteral("LblTransparencyColor"),
                         tr("The transparent color: click here, then on the picture"), QSize(28, 18), keyBox);
     connect(m_transparencyColor, &ColorSwatch::clicked, this, [this] {
+        if (!m_transparencyColor->isEnabled())
+            return;
         m_state.TransparencyPickArmed = true;
         ColorsChanged();
+        Q_EMIT transparencyPickRequested();
     });
     needsOperation(m_transparencyColor, op::DoTransparent);
     keyRow->addWidget(transparent);
@@ -95,6 +176,7 @@ void frmControls::buildCursorPanel()
     connect(m_scrllBlend, &QScrollBar::valueChanged, this, [this](int value) {
         m_state.SelectionBlend = value;
         m_txtBlend->setText(QString::number(BlendPercent(value)));
+        Q_EMIT selectionBlendChanged();
     });
     addColumn(0, {{QString(), blendBox}, {QString(), m_scrllBlend}});
 
@@ -116,7 +198,7 @@ void frmControls::buildCursorPanel()
     m_cursorPanel->hide();
 }
 
-void frmControls::buildBrushPanels()
+void frmControls::buildPencilPanel()
 {
     addColumn(1, {{tr("Pencil  size:"), selectorBox(1, 4)}, {tr("Style:"), styleRow(1, GCmd3, 0, 10)}});
     addColumn(1, {{QString(), checkBox(1, QStringLiteral("chkRan"), tr("Scatter color"),
@@ -124,26 +206,20 @@ void frmControls::buildBrushPanels()
                                        &DrawState::ScatterColors)},
                   {QString(), checkBox(1, QStringLiteral("chkSmoothEdge"), tr("Smooth edge"),
                                        tr("Soften the edges of the stroke"), &DrawState::SmoothEdge)}});
+}
 
-    addColumn(6, {{tr("Pressure:"), selectorBox(6, 0)}, {tr("Size:"), selectorBox(6, 2)}});
-    addColumn(6, {{QString(), checkBox(6, QStringLiteral("chkAirOldSchool"), tr("Hard Spray"),
-                                       tr("Use hard style spray/brush"), &DrawState::HardSpray)}});
-
-    addColumn(11, {{tr("Size:"), selectorBox(11, 3)}, {tr("Pressure:"), selectorBox(11, 1)}});
-    addColumn(11, {{tr("Style:"), styleRow(11, GCmd4, 0, 1)}});
-
-    addColumn(13, {{tr("Size:"), selectorBox(13, 8)}});
-
-    addColumn(15, {{tr("Size:"), selectorBox(15, 10)}, {tr("Pressure:"), selectorBox(15, 11)}});
-    addColumn(15, {{tr("Style:"), styleRow(15, GCmd4, 2, 3)}});
-
+void frmControls::buildDissolvePanel()
+{
     addColumn(18,
               {{tr("Dissolve Brush  size:"), selectorBox(18, 12)}, {tr("Intensity:"), selectorBox(18, 13)}});
     addStacked(18, tr("Desolve colors:"), styleRow(18, GCmd6, 0, 3));
     optionPair(18, QStringLiteral("OptNoise"), {tr("N"), tr("Y")},
                {tr("No color noise"), tr("Add color noise")}, &DrawState::AddNoise, m_noise);
     addColumn(18, {{tr("Noise"), m_noise[0]}, {QString(), m_noise[1]}});
+}
 
+void frmControls::buildEnhancePanel()
+{
     addColumn(19,
               {{tr("Enhance Brush size:"), selectorBox(19, 15)}, {tr("Intensity:"), selectorBox(19, 14)}});
     addStacked(19, tr("Enhance colors:"), styleRow(19, GCmd8, 0, 2));
@@ -156,7 +232,7 @@ void frmControls::buildBrushPanels()
                                         &DrawState::FilterBaseColor)}});
 }
 
-void frmControls::buildShapePanels()
+void frmControls::buildFillPanel()
 {
     auto* patterns = new QWidget(m_panels[3]);
     auto* patternRow = RowLayout(patterns, 1);
@@ -173,17 +249,10 @@ void frmControls::buildShapePanels()
                {QString(), operationButton(3, QStringLiteral("Image3"), tr("Textures"),
                                            tr("Fill entire image or selection with textures"),
                                            op::Texturefill, QStringLiteral("cmd-18"))}});
+}
 
-    addColumn(9, {{tr("Bordersize:"), selectorBox(9, 5)}, {tr("Style:"), styleRow(9, GCmd, 0, 5)}});
-    addColumn(9,
-              {{tr("Round:"), textBox(9, QStringLiteral("TxtRoundCorners"),
-                                      tr("Amount % of rounding of corners"), &DrawState::RoundCornersText)}});
-
-    addColumn(10, {{tr("Bordersize:"), selectorBox(10, 6)}, {tr("Style:"), styleRow(10, GCmd2, 0, 5)}});
-    addColumn(10, {{QString(), operationButton(10, QStringLiteral("Image4"), tr("Bezier curvers"),
-                                               tr("Draw Advanced Bezier Curves"), op::Bezier,
-                                               QStringLiteral("cmd-21"))}});
-
+void frmControls::buildLinePanel()
+{
     // "Arrow size:         pixels": the box stands in the gap of the caption.
     auto* arrow = new QWidget(m_panels[14]);
     auto* arrowRow = RowLayout(arrow, 4);
@@ -195,7 +264,10 @@ void frmControls::buildShapePanels()
     addColumn(14, {{QString(),
                     operationButton(14, QStringLiteral("Image5"), tr("Polygons"),
                                     tr("Draw Advanced Polygons"), op::Polygons, QStringLiteral("cmd-22"))}});
+}
 
+void frmControls::build3DPanel()
+{
     m_cmb3Dsize = new QComboBox(m_panels[16]);
     m_cmb3Dsize->setObjectName(QStringLiteral("cmb3Dsize"));
     m_cmb3Dsize->setToolTip(tr("Thickness of the 3D edge in pixels"));
@@ -214,7 +286,7 @@ void frmControls::buildShapePanels()
                                     tr("Create Picture Frames"), op::PicFrames, QStringLiteral("cmd-08"))}});
 }
 
-void frmControls::buildViewPanels()
+void frmControls::buildZoomPanel()
 {
     static const int kZooms[6] = {10, 25, 50, 100, 200, 300};
     auto* zooms = new QWidget(m_panels[2]);
@@ -239,7 +311,6 @@ void frmControls::buildViewPanels()
     }
     m_lblZoom = new ReadoutLabel(QStringLiteral("lblZoom"), tr("Zoom of the picture"), 56, m_panels[2]);
     m_lblZoom->setAlignment(Qt::AlignCenter);
-    m_lblZoom->setText(QStringLiteral("100%"));
     auto* fit = new zolButton(tr("Fit to Window"), m_panels[2]);
     fit->setObjectName(QStringLiteral("cmdFitWindow"));
     fit->setToolTip(tr("Zoom the picture to the width of its window"));
@@ -251,12 +322,10 @@ void frmControls::buildViewPanels()
     addColumn(2, {{QString(), fit},
                   {QString(), operationButton(2, QStringLiteral("cmdDetailEdit"), tr("Detailed Editing"),
                                               tr("Edit a small area pixel by pixel"), op::DetailEdit)}});
+}
 
-    m_lblAngle = new ReadoutLabel(QStringLiteral("lblAngle"), tr("Angle of the gradient"), 56, m_panels[4]);
-    m_lblAngle->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    m_lblAngle->setText(tr("N/A"));
-    addColumn(4, {{tr("Angle:"), m_lblAngle}});
-
+void frmControls::buildPickerPanel()
+{
     m_colorPick = new ColorSwatch(QStringLiteral("ColorPick"), tr("The color under the pointer"),
                                   QSize(48, 20), m_panels[8]);
     auto* rgb = new QWidget(m_panels[8]);
@@ -318,7 +387,7 @@ void frmControls::buildTextPanel()
                                                tr("Drop the text"), op::CancelText)}});
 }
 
-void frmControls::buildColorPanels()
+void frmControls::buildReplacePanel()
 {
     m_replaceCol[0] =
         new ColorSwatch(QStringLiteral("LblReplaceCol(0)"), tr("Move the pointer on the image and click"),

@@ -57,7 +57,7 @@ int frmControls::droppedDown() const
 
 void frmControls::DrawButton(int index, bool pressed)
 {
-    if (index >= 0 && index < 16)
+    if (index >= 0 && index < 16 && m_dropDown[index])
         m_dropDown[index]->setChecked(pressed);
 }
 
@@ -65,6 +65,9 @@ void frmControls::ClickDropDown(int index)
 {
     if (index < 0 || index > 15)
         return;
+    // A selector of a panel not made yet (a key for another tool's size).
+    if (!m_lblSelector[index])
+        buildAll();
     if (m_dropped == index) {
         // The same drop-down again closes its slider.
         UnClickButton();
@@ -101,11 +104,13 @@ void frmControls::toggleList(PickList* list, QAbstractButton* opener, const QStr
 
 void frmControls::ShowHideFonts()
 {
+    ensurePanel(12);
     toggleList(fonts(), m_cmdFont, m_state.FontName);
 }
 
 void frmControls::ShowHideFontStyle()
 {
+    ensurePanel(12);
     toggleList(fontStyles(), m_cmdFontStyle, m_state.FontStyle);
 }
 
@@ -116,8 +121,10 @@ void frmControls::closePopups()
         m_fonts->hide();
     if (m_fontStyles)
         m_fontStyles->hide();
-    m_cmdFont->setChecked(false);
-    m_cmdFontStyle->setChecked(false);
+    if (m_cmdFont) {
+        m_cmdFont->setChecked(false);
+        m_cmdFontStyle->setChecked(false);
+    }
     if (m_watching) {
         qApp->removeEventFilter(this);
         m_watching = false;

@@ -118,7 +118,9 @@ public:
     }
     QString key() const override { return QStringLiteral("velunta-svg"); }
     QIconEngine* clone() const override { return new SvgIconEngine(name_); }
-    bool isNull() override { return Renderer(name_) == nullptr; }
+    // Made only for pictures that exist; each is read when it is first drawn, so
+    // the buttons of panels nobody opens cost nothing.
+    bool isNull() override { return false; }
     QString iconName() override { return name_; }
 
 private:
@@ -148,7 +150,7 @@ QHash<int, QPoint> ReadHotspots()
 
 QIcon NamedIcon(const QString& name)
 {
-    if (!Renderer(name))
+    if (!QFile::exists(PathOf(name)))
         return {};
     return QIcon(new SvgIconEngine(name));
 }

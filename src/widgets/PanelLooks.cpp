@@ -1,6 +1,6 @@
 #include "widgets/PanelLooks.h"
 
-#include <QEvent>
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -74,15 +74,11 @@ void BoxLabel::setBox(const QColor& background, const QColor& frame, int padding
 
 void BoxLabel::indentText()
 {
-    // As a framed label sets its text in: half an "x" inside the frame.
-    setIndent(m_framed ? fontMetrics().horizontalAdvance(u'x') / 2 : 0);
-}
-
-void BoxLabel::changeEvent(QEvent* event)
-{
-    if (event->type() == QEvent::FontChange)
-        indentText();
-    QLabel::changeEvent(event);
+    // As a framed label sets its text in: half an "x" of the program's font inside the
+    // frame. Measured in that font, which is loaded already: a label's own face
+    // (the monospace read-outs) is loaded when it is first drawn, after the window shows.
+    static const int halfX = QFontMetrics(QGuiApplication::font()).horizontalAdvance(u'x') / 2;
+    setIndent(m_framed ? halfX : 0);
 }
 
 void BoxLabel::setDisabledLook(const QColor& background, const QColor& text)

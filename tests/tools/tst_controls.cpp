@@ -24,10 +24,12 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 
 using namespace velunta;
 using namespace velunta::test;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -64,10 +66,14 @@ struct Strip {
 };
 
 using Setter = void (frmControls::*)(int);
+using Tell = std::function<void(frmControls&, DrawState&)>;
+using Shows = std::function<bool(frmControls&)>;
 
 } // namespace
 
 Q_DECLARE_METATYPE(Setter)
+Q_DECLARE_METATYPE(Tell)
+Q_DECLARE_METATYPE(Shows)
 
 class tst_Controls : public QObject {
     Q_OBJECT
@@ -344,6 +350,63 @@ private Q_SLOTS:
                  QStringLiteral("7"));
         QCOMPARE(s.controls->control<QLabel>(QStringLiteral("lblFontStyle"))->text(),
                  QStringLiteral("Italic"));
+    }
+
+    // A panel is made when it first shows; what the strip was told before then shows on it.
+    void panelMadeLaterShowsWhatItWasTold_data()
+    {
+        QTest::addColumn<int>("tool");
+        QTest::addColumn<Tell>("tell");
+        QTest::addColumn<Shows>("shows");
+        const auto text = [](const char* name, const QString& expected) {
+            return Shows([=](frmControls& c) { return c.control<QLabel>(QString::fromLatin1(name))->text() == expected; });
+        };
+        QTest::newRow("zoom text") << 2 << Tell([](frmControls& c, DrawState&) { c.SetZoomText(u"250%"_s); })
+                                   << text("lblZoom", u"250%"_s);
+        QTest::newRow("zoom option") << 2 << Tell([](frmControls& c, DrawState&) { c.SetZoomOption(50); })
+                                     << Shows([](frmControls& c) {
+                                            return c.control<QAbstractButton>(u"optZoomss(2)"_s)->isChecked();
+                                        });
+        QTest::newRow("angle") << 4 << Tell([](frmControls& c, DrawState&) { c.SetAngleText(u"45"_s, 2); })
+                               << Shows([](frmControls& c) {
+                                      auto* l = c.control<QLabel>(u"lblAngle"_s);
+                                      return l->text() == u"45"_s && (l->alignment() & Qt::AlignHCenter);
+                                  });
+        QTest::newRow("picked colour") << 8
+                                       << Tell([](frmControls& c, DrawState&) { c.ShowPickedColor(RGB(10, 20, 30)); })
+                                       << text("lblBlue", u"30"_s);
+        QTest::newRow("blend") << 0 << Tell([](frmControls& c, DrawState&) { c.SetBlendText(u"30"_s); })
+                               << Shows([](frmControls& c) {
+                                      return c.control<QLineEdit>(u"TxtBlend"_s)->text() == u"30"_s;
+                                  });
+        QTest::newRow("float options") << 0 << Tell([](frmControls& c, DrawState&) { c.ShowCursorPanel(true); })
+                                       << Shows([](frmControls& c) {
+                                              return !c.control(u"PicCursorCMD"_s)->isHidden();
+                                          });
+        QTest::newRow("shape style") << 10 << Tell([](frmControls& c, DrawState& s) {
+            s.ShapeStyle = 2;
+            c.LoadDrawSettings();
+        }) << Shows([](frmControls& c) { return c.control<QAbstractButton>(u"Cmd2(2)"_s)->isChecked(); });
+        QTest::newRow("selector caption") << 13 << Tell([](frmControls& c, DrawState&) {
+            c.SetSelectorCaption(8, u"9 pixel "_s);
+        }) << text("lblSelector(8)", u"9 pixel "_s);
+        QTest::newRow("operation") << 12 << Tell([](frmControls& c, DrawState&) {
+            c.setOperationAvailable(op::ApplyText, true);
+        }) << Shows([](frmControls& c) { return c.control(u"CmdButton(0)"_s)->isEnabled(); });
+    }
+    void panelMadeLaterShowsWhatItWasTold()
+    {
+        QFETCH(int, tool);
+        QFETCH(Tell, tell);
+        QFETCH(Shows, shows);
+        Strip s;
+        QVERIFY(!s.controls->panelBuilt(tool));
+        tell(*s.controls, s.state);
+        QVERIFY(!s.controls->panelBuilt(tool));
+        s.controls->ShowPanel(tool);
+        for (int other = 0; other < 20; ++other)
+            QCOMPARE(s.controls->panelBuilt(other), other == tool);
+        QVERIFY(shows(*s.controls));
     }
 
     void operationsWaitUntilAvailable_data()
