@@ -34,10 +34,18 @@ public:
     QCursor PointerCursor(int) override { return QCursor(); }
 };
 
-class NullToolHost : public ToolHost {
+// A tool host that records the undo steps as the program does, in the ring of `undo`;
+// what the main window would show of a stroke (read-outs, menus) it leaves out.
+class UndoToolHost : public ToolHost {
 public:
-    Document* ActiveDocument() override { return nullptr; }
-    void PrepUndo() override {}
+    Document* ActiveDocument() override { return doc; }
+    void PrepUndo() override
+    {
+        if (doc)
+            velunta::PrepUndo(undo, *doc);
+    }
+    void StrokeEnded() override { undo.UndoSuppressed = false; }
+public:
     void SetSelBak() override {}
     void SaveUndoBitmap() override {}
     void ValidateMenus() override {}
@@ -45,7 +53,6 @@ public:
     void BeginBusy(bool) override {}
     bool StepProgress(double) override { return false; }
     void EndBusy() override {}
-    void StrokeEnded() override {}
     void SetUndoEnabled(bool) override {}
     bool UndoEnabled() const override { return false; }
     void Undo_Click() override {}
@@ -65,18 +72,6 @@ public:
     void ShowTransparencyColor(Color) override {}
     void ShowReplaceColor(int, Color) override {}
     void DetailPicked(Document&, double, double) override {}
-};
-
-// A tool host that records the undo steps as the program does, in the ring of `undo`.
-class UndoToolHost : public NullToolHost {
-public:
-    Document* ActiveDocument() override { return doc; }
-    void PrepUndo() override
-    {
-        if (doc)
-            velunta::PrepUndo(undo, *doc);
-    }
-    void StrokeEnded() override { undo.UndoSuppressed = false; }
     Document* doc = nullptr;
     UndoState undo;
 };

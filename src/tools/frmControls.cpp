@@ -30,7 +30,6 @@ namespace {
 // Rows of 26 logical pixels, two per panel, with a little air around them.
 constexpr int kStripHeight = 2 * kStyleButtonSize + 8;
 
-
 } // namespace
 
 QString PanelCaption(int tool)
@@ -101,18 +100,23 @@ frmControls::frmControls(DrawState& state, QWidget* parent) : QWidget(parent), m
         m_options[i] = options;
         m_stack->addWidget(panel);
     }
-    m_groups[GCmd3] = {QStringLiteral("Cmd3"), &DrawState::PencilStyle, &frmControls::SetPencilStyle, {}};
-    m_groups[GCmd] = {QStringLiteral("Cmd"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
-    m_groups[GCmd2] = {QStringLiteral("Cmd2"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
-    m_groups[GCmd5] = {QStringLiteral("Cmd5"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, {}};
-    m_groups[GCmd4] = {QStringLiteral("Cmd4"), &DrawState::BrightStyle, &frmControls::SetBrightStyle, {}};
-    m_groups[GCmd6] = {QStringLiteral("Cmd6"), &DrawState::DissolveMode, &frmControls::SetDissolveMode, {}};
-    m_groups[GCmd7] = {QStringLiteral("Cmd7"), &DrawState::ArrowStyle, &frmControls::SetArrowStyle, {}};
-    m_groups[GCmd8] = {QStringLiteral("Cmd8"), &DrawState::EnhanceMode, &frmControls::SetEnhanceMode, {}};
-    // Each group's buttons, made with their panels: Cmd3(0..10), Cmd(0..5)...
-    static const int kStyleCounts[GroupCount] = {11, 6, 6, 6, 4, 4, 2, 3};
-    for (int g = 0; g < GroupCount; ++g)
-        m_groups[g].buttons.assign(kStyleCounts[g], nullptr);
+    // Each group's buttons (Cmd3(0) to Cmd3(10)...), filled in as their panels are made.
+    using Buttons = std::vector<QAbstractButton*>;
+    m_groups[GCmd3] = {QStringLiteral("Cmd3"), &DrawState::PencilStyle, &frmControls::SetPencilStyle,
+                       Buttons(11)};
+    m_groups[GCmd] = {QStringLiteral("Cmd"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle, Buttons(6)};
+    m_groups[GCmd2] = {QStringLiteral("Cmd2"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle,
+                       Buttons(6)};
+    m_groups[GCmd5] = {QStringLiteral("Cmd5"), &DrawState::ShapeStyle, &frmControls::SetShapeStyle,
+                       Buttons(6)};
+    m_groups[GCmd4] = {QStringLiteral("Cmd4"), &DrawState::BrightStyle, &frmControls::SetBrightStyle,
+                       Buttons(4)};
+    m_groups[GCmd6] = {QStringLiteral("Cmd6"), &DrawState::DissolveMode, &frmControls::SetDissolveMode,
+                       Buttons(4)};
+    m_groups[GCmd7] = {QStringLiteral("Cmd7"), &DrawState::ArrowStyle, &frmControls::SetArrowStyle,
+                       Buttons(2)};
+    m_groups[GCmd8] = {QStringLiteral("Cmd8"), &DrawState::EnhanceMode, &frmControls::SetEnhanceMode,
+                       Buttons(3)};
     m_angleText = tr("N/A");
     LoadDrawSettings();
     ColorsChanged();
@@ -196,17 +200,14 @@ void frmControls::LoadDrawSettings()
     for (int i = 0; i < 16; ++i) {
         SelectorValue& sv = m_state.SelectorValues[i];
         sv.Value = ClampSelectorValue(i, sv.Value);
-        SetSelectorCaption(i, SelectorCaption(i, sv.Value));
+        sv.Caption = SelectorCaption(i, sv.Value);
     }
-    for (const auto& load : m_loaders)
-        load();
-    for (int g = 0; g < GroupCount; ++g)
-        showStyles(GroupId(g));
-    OptFillStyle_Click(m_state.FillPattern);
+    const int blend = m_state.SelectionBlend;
+    m_blendText = blend >= 1 && blend <= 255 ? QString::number(BlendPercent(blend)) : QStringLiteral("50");
+    refreshWidgets();
+    // The active document and its text box follow the font.
     SetFontName(m_state.FontName);
     SetFontStyle(m_state.FontStyle);
-    const int blend = m_state.SelectionBlend;
-    SetBlendText(blend >= 1 && blend <= 255 ? QString::number(BlendPercent(blend)) : QStringLiteral("50"));
 }
 
 void frmControls::SetSelectorCaption(int index, const QString& caption)
@@ -492,9 +493,9 @@ void frmControls::ClearSelectionOptions()
 
 QStringList frmControls::operationNames()
 {
-    return {op::ApplyText,    op::CancelText,    op::ApplySelection, op::CancelSelection, op::Replacecolors,
-            op::CancelReplace, op::BlendThePic,  op::DoTransparent,  op::PasteBlend,      op::Texturefill,
-            op::Bezier,       op::Polygons,      op::PicFrames,      op::DetailEdit};
+    return {op::ApplyText,     op::CancelText,  op::ApplySelection, op::CancelSelection, op::Replacecolors,
+            op::CancelReplace, op::BlendThePic, op::DoTransparent,  op::PasteBlend,      op::Texturefill,
+            op::Bezier,        op::Polygons,    op::PicFrames,      op::DetailEdit};
 }
 
 void frmControls::needsOperation(QWidget* control, const QString& operation)

@@ -209,8 +209,6 @@ QWidget* frmControls::styleRow(int tool, GroupId group, int from, int to)
     auto* box = new QWidget(m_panels[tool]);
     auto* row = RowLayout(box, 1);
     StyleGroup& g = m_groups[group];
-    if (int(g.buttons.size()) <= to)
-        g.buttons.resize(to + 1, nullptr);
     for (int i = from; i <= to; ++i) {
         const StyleLook look = LookOf(g.name, i);
         auto* b = new StyleButton(QStringLiteral("%1(%2)").arg(g.name).arg(i), look.icon, look.tip, box);

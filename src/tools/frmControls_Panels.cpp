@@ -60,13 +60,12 @@ void frmControls::buildPanel(int tool)
         break;
     case 9:
         addColumn(9, {{tr("Bordersize:"), selectorBox(9, 5)}, {tr("Style:"), styleRow(9, GCmd, 0, 5)}});
-        addColumn(9, {{tr("Round:"), textBox(9, QStringLiteral("TxtRoundCorners"),
-                                             tr("Amount % of rounding of corners"),
-                                             &DrawState::RoundCornersText)}});
+        addColumn(9, {{tr("Round:"),
+                       textBox(9, QStringLiteral("TxtRoundCorners"), tr("Amount % of rounding of corners"),
+                               &DrawState::RoundCornersText)}});
         break;
     case 10:
-        addColumn(10,
-                  {{tr("Bordersize:"), selectorBox(10, 6)}, {tr("Style:"), styleRow(10, GCmd2, 0, 5)}});
+        addColumn(10, {{tr("Bordersize:"), selectorBox(10, 6)}, {tr("Style:"), styleRow(10, GCmd2, 0, 5)}});
         addColumn(10, {{QString(), operationButton(10, QStringLiteral("Image4"), tr("Bezier curvers"),
                                                    tr("Draw Advanced Bezier Curves"), op::Bezier,
                                                    QStringLiteral("cmd-21"))}});

@@ -101,7 +101,8 @@ void BoxLabel::paintEvent(QPaintEvent* event)
 {
     {
         QPainter p(this);
-        const QColor back = !isEnabled() && m_disabledBackground.isValid() ? m_disabledBackground : m_background;
+        const QColor back =
+            !isEnabled() && m_disabledBackground.isValid() ? m_disabledBackground : m_background;
         p.fillRect(rect(), back);
         if (m_frame.isValid()) {
             p.setPen(m_frame);

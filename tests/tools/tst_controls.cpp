@@ -359,7 +359,9 @@ private Q_SLOTS:
         QTest::addColumn<Tell>("tell");
         QTest::addColumn<Shows>("shows");
         const auto text = [](const char* name, const QString& expected) {
-            return Shows([=](frmControls& c) { return c.control<QLabel>(QString::fromLatin1(name))->text() == expected; });
+            return Shows([=](frmControls& c) {
+                return c.control<QLabel>(QString::fromLatin1(name))->text() == expected;
+            });
         };
         QTest::newRow("zoom text") << 2 << Tell([](frmControls& c, DrawState&) { c.SetZoomText(u"250%"_s); })
                                    << text("lblZoom", u"250%"_s);
@@ -372,24 +374,22 @@ private Q_SLOTS:
                                       auto* l = c.control<QLabel>(u"lblAngle"_s);
                                       return l->text() == u"45"_s && (l->alignment() & Qt::AlignHCenter);
                                   });
-        QTest::newRow("picked colour") << 8
-                                       << Tell([](frmControls& c, DrawState&) { c.ShowPickedColor(RGB(10, 20, 30)); })
-                                       << text("lblBlue", u"30"_s);
-        QTest::newRow("blend") << 0 << Tell([](frmControls& c, DrawState&) { c.SetBlendText(u"30"_s); })
-                               << Shows([](frmControls& c) {
-                                      return c.control<QLineEdit>(u"TxtBlend"_s)->text() == u"30"_s;
-                                  });
-        QTest::newRow("float options") << 0 << Tell([](frmControls& c, DrawState&) { c.ShowCursorPanel(true); })
-                                       << Shows([](frmControls& c) {
-                                              return !c.control(u"PicCursorCMD"_s)->isHidden();
-                                          });
+        QTest::newRow("picked colour")
+            << 8 << Tell([](frmControls& c, DrawState&) { c.ShowPickedColor(RGB(10, 20, 30)); })
+            << text("lblBlue", u"30"_s);
+        QTest::newRow("blend") << 0 << Tell([](frmControls& c, DrawState&) {
+            c.SetBlendText(u"30"_s);
+        }) << Shows([](frmControls& c) { return c.control<QLineEdit>(u"TxtBlend"_s)->text() == u"30"_s; });
+        QTest::newRow("float options")
+            << 0 << Tell([](frmControls& c, DrawState&) { c.ShowCursorPanel(true); })
+            << Shows([](frmControls& c) { return !c.control(u"PicCursorCMD"_s)->isHidden(); });
         QTest::newRow("shape style") << 10 << Tell([](frmControls& c, DrawState& s) {
             s.ShapeStyle = 2;
             c.LoadDrawSettings();
         }) << Shows([](frmControls& c) { return c.control<QAbstractButton>(u"Cmd2(2)"_s)->isChecked(); });
-        QTest::newRow("selector caption") << 13 << Tell([](frmControls& c, DrawState&) {
-            c.SetSelectorCaption(8, u"9 pixel "_s);
-        }) << text("lblSelector(8)", u"9 pixel "_s);
+        QTest::newRow("selector caption")
+            << 13 << Tell([](frmControls& c, DrawState&) { c.SetSelectorCaption(8, u"9 pixel "_s); })
+            << text("lblSelector(8)", u"9 pixel "_s);
         QTest::newRow("operation") << 12 << Tell([](frmControls& c, DrawState&) {
             c.setOperationAvailable(op::ApplyText, true);
         }) << Shows([](frmControls& c) { return c.control(u"CmdButton(0)"_s)->isEnabled(); });
