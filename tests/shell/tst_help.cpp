@@ -1,8 +1,7 @@
 // The Help menu. The new-version check against a web server on this machine: what it
 // says for each version file, that the first five starts never touch the network, that a
 // version turned down stays silent, and that no server however hostile makes it hang,
-// crash or speak when the user didn't ask. Every entry acts, and the manual's pages hold
-// together.
+// crash or speak unasked. Every entry acts, and the manual's pages hold together.
 
 #include "core/Prompt.h"
 #include "core/SettingsStore.h"
@@ -126,7 +125,6 @@ private Q_SLOTS:
         QTest::newRow("no second line")
             << QByteArray("305") << 0 << int(V::NewVersion) << "New version available";
         QTest::newRow("own version") << QByteArray("300\nT1\n") << 0 << int(V::UpToDate) << "T1";
-        QTest::newRow("older") << QByteArray("299\nT1\n") << 0 << int(V::UpToDate) << "T1";
         QTest::newRow("99 is no version") << QByteArray("99\nT1\n") << 0 << int(V::NotValid) << "T1";
         QTest::newRow("above 999") << QByteArray("1000\nT1\n") << 0 << int(V::NotValid) << "T1";
         QTest::newRow("negative") << QByteArray("-305\nT1\n") << 0 << int(V::NotValid) << "T1";
@@ -165,21 +163,6 @@ private Q_SLOTS:
         qputenv("VELUNTA_UPDATE_URL", "http://127.0.0.1:7/w.ver");
         QCOMPARE(UpdateAddress(QStringLiteral("http://127.0.0.1:8/v.ver")), QUrl("http://127.0.0.1:7/w.ver"));
         qunsetenv("VELUNTA_UPDATE_URL");
-    }
-
-    void firstFiveStartsStayOffTheNetwork()
-    {
-        Checker c;
-        VersionServer server(QStringLiteral("file"), "305\nNew!\n");
-        c.settings.SaveSetting(QStringLiteral("UseCounter"), QStringLiteral("1"));
-        for (int start = 1; start <= 5; ++start)
-            QVERIFY(!c.check.CheckNewVersion(server.url(), QString(), true));
-        QCOMPARE(server.requests, 0);
-        QCOMPARE(c.settings.GetSetting(QStringLiteral("UseCounter")), QStringLiteral("6"));
-        c.prompt.answers << vbCancel;
-        QVERIFY(c.run(server.url(), false));
-        QCOMPARE(server.requests, 1);
-        QCOMPARE(c.prompt.shown.size(), 1);
     }
 
     void newVersionAsksAndYesOpensTheDownloadPage()
@@ -231,10 +214,13 @@ private Q_SLOTS:
         QCOMPARE(c.prompt.shown[0].style, int(vbInformation));
     }
 
+    // Before the sixth start, turned off, or offline, the check stays off the network.
     void turnedOffOrOfflineStaysQuiet()
     {
         Checker c;
         VersionServer server(QStringLiteral("file"), "305\nT\n");
+        c.settings.SaveSetting(QStringLiteral("UseCounter"), QStringLiteral("5"));
+        QVERIFY(!c.check.CheckNewVersion(server.url(), QString(), true)); // even when asked
         c.settings.SaveSetting(QStringLiteral("NoURLupdate"), QStringLiteral("Yes"));
         QVERIFY(!c.check.CheckNewVersion(server.url(), QString(), true));
         c.settings.SaveSetting(QStringLiteral("NoURLupdate"), QStringLiteral("No"));
@@ -257,8 +243,6 @@ private Q_SLOTS:
         QTest::newRow("10 MB body") << "huge" << QByteArray();
         QTest::newRow("endless slow body") << "slow" << QByteArray();
         QTest::newRow("empty file") << "file" << QByteArray();
-        QTest::newRow("above 999") << "file" << QByteArray("1000\nT\n");
-        QTest::newRow("negative") << "file" << QByteArray("-500\nT\n");
         QTest::newRow("hang up") << "hangup" << QByteArray();
         QTest::newRow("never answers") << "silent" << QByteArray();
         QTest::newRow("just over 4 KB") << "file" << QByteArray("305\n") + QByteArray(4100, 'x');
@@ -304,8 +288,7 @@ private Q_SLOTS:
         QVERIFY(c.prompt.shown.isEmpty());
     }
 
-    // The start-up check in the real window: it runs after the load, from the sixth
-    // start on, and never before the window is there.
+    // The start-up check in the real window runs after the load, from the sixth start on.
     void mainWindowChecksFromTheSixthStart()
     {
         VersionServer server(QStringLiteral("file"), "305\nT\n");
@@ -349,8 +332,7 @@ private Q_SLOTS:
         QCOMPARE(SettingsStore().GetSetting(QStringLiteral("NoURLupdate")), QStringLiteral("No"));
     }
 
-    // Every page, picture and section a page points to is there, and the pictures stay
-    // small enough for the package.
+    // Every page, picture and section a page points to is there; pictures stay under 200 KB.
     void manualHoldsTogether()
     {
         const QDir manual(qEnvironmentVariable("VELUNTA_DATA") + QStringLiteral("/manual"));

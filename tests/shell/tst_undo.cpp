@@ -1,14 +1,11 @@
 // Undo and the retouch commands in the running window: the stroke after an undo, the
-// wrap to the saved file, a resize undo file too small to count or left by another
-// program, "Undo to last saved image", a crop undone by Undo Resize, the colour
-// replacer's command and its undo step, and a brush size beyond the ring arithmetic
-// ending the dab while the program runs on.
+// wrap to the saved file, resize undo files, "Undo to last saved image", a crop undone by
+// Undo Resize, the colour replacer's undo step, and a brush size beyond the ring
+// arithmetic ending the dab while the program runs on.
 
 #include "core/Gdi.h"
-#include "core/Prompt.h"
 #include "document/PaintArea.h"
 #include "document/frmPaint.h"
-#include "shell/Services.h"
 #include "support/FakeHost.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
@@ -17,7 +14,6 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QToolButton>
 #include <QtTest>
 
 using namespace velunta;
@@ -203,70 +199,38 @@ private Q_SLOTS:
         QVERIFY(!m.action(QStringLiteral("UndoResize"))->isEnabled());
     }
 
-    // Undo and its toolbar button come on with the first step a command records and go
-    // off where there is nothing to go back to: a fresh picture, or none.
-    void undoStaysOffAfterAWholePictureCommand_data()
+    // The replacer's command is one undo step when it changes a pixel, and none for equal
+    // colours or after Cancel forgot them.
+    void replaceColorsIsOneUndoStep_data()
     {
-        QTest::addColumn<QString>("command");
-        QTest::newRow("Convert to Grayscale") << "mnugrayscale";
-        QTest::newRow("Brighten by 10%") << "mnuDoBright";
-        QTest::newRow("Darken by 10%") << "mnuDoDark";
+        QTest::addColumn<Color>("to");
+        QTest::addColumn<bool>("cancelled");
+        QTest::addColumn<bool>("changes");
+        QTest::newRow("red to green") << RGB(0, 255, 0) << false << true;
+        QTest::newRow("equal colours") << RGB(255, 0, 0) << false << false;
+        QTest::newRow("after Cancel") << RGB(0, 255, 0) << true << false;
     }
-    void undoStaysOffAfterAWholePictureCommand()
-    {
-        QFETCH(QString, command);
-        Window f(60, 40);
-        frmMain& m = f.main();
-        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
-        QVERIFY(!m.CmdCommands(7)->isEnabled());
-        m.action(command)->trigger();
-        QVERIFY(m.action(QStringLiteral("Undo"))->isEnabled());
-        QVERIFY(m.CmdCommands(7)->isEnabled());
-        m.CmdCommands(7)->click();
-        QCOMPARE(DifferingPixels(f.doc.Buffer.Image(), f.original), 0);
-        QCOMPARE(m.CmdCommands(7)->isEnabled(), m.action(QStringLiteral("Undo"))->isEnabled());
-        // Another picture has nothing to undo yet; coming back to this one, Undo is there.
-        frmPaint* other = f.newDocument(20, 20);
-        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
-        QVERIFY(!m.CmdCommands(7)->isEnabled());
-        other->closeWithoutQuestion();
-        MainWindowFixture::settle();
-        f.form.closeWithoutQuestion();
-        MainWindowFixture::settle();
-        QVERIFY(!m.action(QStringLiteral("Undo"))->isEnabled());
-        QVERIFY(!m.CmdCommands(7)->isEnabled());
-    }
-
     void replaceColorsIsOneUndoStep()
     {
+        QFETCH(Color, to);
+        QFETCH(bool, cancelled);
+        QFETCH(bool, changes);
         Window f(20, 10, RGB(255, 0, 0));
         frmMain& m = f.main();
         Line(f.doc.Buffer, 8, 0, 8, 10, RGB(0, 0, 255));
-        m.state().ReplaceColors = {RGB(255, 0, 0), RGB(0, 255, 0)};
+        const QImage before = f.doc.Buffer.Image().copy();
         const int slot = m.undo().UndoWriteSlot;
+        m.state().ReplaceColors = {RGB(255, 0, 0), to};
+        if (cancelled)
+            m.CancelReplace();
         m.Replacecolors();
-        QCOMPARE(RowsOf(f.doc.Buffer, RGB(0, 255, 0))[0], QStringLiteral("########.###########"));
-        QCOMPARE(m.undo().UndoWriteSlot, slot + 1);
-        QVERIFY(f.doc.Dirty);
-        m.Undo_Click();
-        QCOMPARE(GetPixel(f.doc.Buffer, 3, 3), RGB(255, 0, 0));
-    }
-
-    void replaceWithEqualColoursOrAfterCancelChangesNothing()
-    {
-        Window f(20, 10);
-        frmMain& m = f.main();
-        const int slot = m.undo().UndoWriteSlot;
-        const Color c = GetPixel(f.doc.Buffer, 4, 4);
-        m.state().ReplaceColors = {c, c};
-        m.Replacecolors();
-        m.state().ReplaceColors = {c, RGB(1, 2, 3)};
-        m.CancelReplace();
-        QCOMPARE(m.state().ReplaceColors[0], kNoColor);
-        m.Replacecolors();
-        QCOMPARE(DifferingPixels(f.original, f.doc.Buffer.Image()), 0);
-        QCOMPARE(m.undo().UndoWriteSlot, slot);
-        QVERIFY(!f.doc.Dirty);
+        QCOMPARE(m.undo().UndoWriteSlot, changes ? slot + 1 : slot);
+        QCOMPARE(f.doc.Dirty, changes);
+        if (changes) {
+            QCOMPARE(RowsOf(f.doc.Buffer, to)[0], QStringLiteral("########.###########"));
+            m.Undo_Click();
+        }
+        QCOMPARE(f.doc.Buffer.Image(), before);
     }
 
     void replaceInsideTheFloatingSelection()

@@ -1,19 +1,25 @@
-// Unsaved pictures survive the end of the program: a program killed with SIGKILL leaves
-// its changed picture, which the next start brings back byte for byte, dirty and with
-// its names; a close or Exit asks about every changed picture, and only an end
-// without one keeps them; the offer's answers;
-// and painting goes on while the writer copies a 12 MP picture.
+// What lasts from one run to the next. The settings: a first run writes every key,
+// closing keeps the window and view settings but not the draw presets, the Extra menu's
+// commands, and values edited by hand with garbage in them. Unsaved pictures: a program
+// killed with SIGKILL leaves its changed picture, which the next start brings back byte
+// for byte, dirty and with its names; a close or Exit asks about every changed picture,
+// and only an end without one keeps them; the offer's answers; and painting goes on
+// while the writer copies a 12 MP picture.
 
+#include "core/SettingsStore.h"
 #include "document/frmPaint.h"
 #include "files/RecoveryWriter.h"
 #include "support/MainWindowFixture.h"
 #include "support/TestImages.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QSettings>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -24,6 +30,17 @@ using namespace velunta;
 using namespace velunta::test;
 
 namespace {
+
+QSettings store()
+{
+    return QSettings(QStringLiteral("Zolvane"), QStringLiteral("Velunta"));
+}
+
+void closeWindow(frmMain& m)
+{
+    QCloseEvent event;
+    QApplication::sendEvent(&m, &event);
+}
 
 const char* const kChildFolder = "VELUNTA_RECOVERY_CHILD";
 
@@ -104,9 +121,152 @@ int childMain(const QString& folder)
 
 } // namespace
 
-class tst_Recovery : public QObject {
+class tst_NextRun : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    // Every key with the value it must have (a wrong default is caught), and no other.
+    void firstRunWritesEveryDefault()
+    {
+        MainWindowFixture f;
+        const QRect g = f.main().normalGeometry().isValid() ? f.main().normalGeometry() : f.main().geometry();
+        QMap<QString, QString> expected{{"MainLeft", QString::number(g.x() * 15)},
+                                        {"MainTop", QString::number(g.y() * 15)},
+                                        {"MainWidth", QString::number(g.width() * 15)},
+                                        {"MainHeight", QString::number(g.height() * 15)},
+                                        {"Version", QStringLiteral(VELUNTA_VERSION)},
+                                        {"GuideLinesColor", QString::number(RGB(128, 128, 128))},
+                                        {"GridColor", QString::number(RGB(240, 240, 240))}};
+        const QString fixed = QStringLiteral(
+            "AutoSizePos=0|KidsMode=False|FitBigImage=False|MaxOnOpen=0|StartBlankPage=0|SelectedColor=0|"
+            "FrameColorSheme=0|FormColorSheme=0|CircleThickness=1|LineThickness=1|SelectedBackColor=16777215|"
+            "UseGuideLines=-1|GuideLineStyle=2|MRUD0= |MRUD1= |MRUD2= |MRUD3= |NewImageSize=640x480|"
+            "LastFolder=|TextFont=Arial|TextStyle=Normal|Blend=50|SquareCorner=10|ArrowSize=6|"
+            "DrawForeColor=0|DrawBackColor=16777215|GridX=10|GridY=10|SnapToGrid=False|NoURLupdate=|"
+            "StepUndo=False|UseCounter=2");
+        for (const QString& pair : fixed.split(u'|'))
+            expected.insert(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+        const int options[16] = {50, 75, 6, 10, 2, 1, 1, 12, 6, 1, 10, 75, 6, 3, 10, 6};
+        for (int i = 0; i < 16; ++i)
+            expected.insert(QStringLiteral("LastOptionValue%1").arg(i), QString::number(options[i]));
+        QSettings s = store();
+        QStringList keys = s.allKeys();
+        for (auto it = expected.cbegin(); it != expected.cend(); ++it) {
+            QVERIFY2(keys.removeOne(it.key()), qPrintable(it.key()));
+            QCOMPARE(s.value(it.key()).toString(), it.value());
+        }
+        QVERIFY2(keys.isEmpty(), qPrintable(keys.join(u' '))); // and nothing else
+    }
+
+    void closingKeepsViewButNotDrawPresets()
+    {
+        {
+            MainWindowFixture f;
+            f.main().state().SelectorValues[4].Value = 20;
+            f.newDocument(10, 10);
+            f.main().action(QStringLiteral("mnuGuideLineStyles(4)"))->trigger();
+            // A guideline style is kept at once, shown at once, and marked alone.
+            QCOMPARE(store().value(QStringLiteral("GuideLineStyle")).toString(), QStringLiteral("4"));
+            QCOMPARE(f.main().activeDocument()->doc.Line1.BorderStyle, 4);
+            QVERIFY(!f.main().action(QStringLiteral("mnuGuideLineStyles(2)"))->isChecked());
+            f.main().action(QStringLiteral("mnuKidsMode"))->trigger();
+            closeWindow(f.main());
+        }
+        MainWindowFixture next(false);
+        QCOMPARE(next.main().state().SelectorValues[4].Value, 2.0);
+        QCOMPARE(next.main().GuideLineStyle, 4);
+        QVERIFY(next.main().action(QStringLiteral("mnuKidsMode"))->isChecked());
+        QVERIFY(!next.main().Cmd(17)->isVisible());
+    }
+
+    void savedDrawPresetsComeBack()
+    {
+        {
+            MainWindowFixture f;
+            f.newDocument(10, 10); // the draw presets' entries are there with a picture
+            f.main().state().SelectorValues[9].Value = 7;
+            f.main().state().ForeColor = RGB(1, 2, 3);
+            f.main().action(QStringLiteral("mnuextra1"))->trigger();
+            QCOMPARE(f.prompt.shown.last().text, QStringLiteral("Settings of your draw-tools are saved"));
+            f.main().state().SelectorValues[9].Value = 30;
+            f.main().action(QStringLiteral("mnuextra2"))->trigger();
+            QCOMPARE(f.main().state().SelectorValues[9].Value, 7.0);
+            QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Load Draw Settings"));
+        }
+        MainWindowFixture next(false);
+        QCOMPARE(next.main().state().SelectorValues[9].Value, 7.0);
+        QCOMPARE(next.main().state().ForeColor, RGB(1, 2, 3));
+    }
+
+    void restoreDefaults_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<bool>("restored");
+        QTest::newRow("No changes nothing") << int(vbNo) << false;
+        QTest::newRow("Cancel changes nothing") << int(vbCancel) << false;
+        QTest::newRow("Yes restores") << int(vbYes) << true;
+    }
+    void restoreDefaults()
+    {
+        QFETCH(int, answer);
+        QFETCH(bool, restored);
+        MainWindowFixture f;
+        frmMain& m = f.main();
+        m.state().SelectorValues[2].Value = 40;
+        m.state().ArrowSizeText = QStringLiteral("20");
+        m.SaveSettings(true);
+        m.MRUDlist(2, QStringLiteral("/pictures/one.bmp"));
+        m.SaveSettings(false);
+        f.prompt.answers.enqueue(answer);
+        m.action(QStringLiteral("mnuextra3"))->trigger();
+        QCOMPARE(f.prompt.shown.last().title, QStringLiteral("Restore Velunta Default Settings"));
+        QCOMPARE(m.state().SelectorValues[2].Value, restored ? 6.0 : 40.0);
+        QCOMPARE(store().value(QStringLiteral("ArrowSize")).toString(),
+                 restored ? QStringLiteral("6") : QStringLiteral("20"));
+        QCOMPARE(m.recentFile(0).isEmpty(), restored);
+        QCOMPARE(m.action(QStringLiteral("mnuMrud(0)"))->isVisible(), !restored);
+    }
+
+    void garbageValuesAreTolerated()
+    {
+        {
+            QSettings s = store();
+            s.clear();
+            const QString garbage = QStringLiteral(
+                "LastOptionValue4=abc|LastOptionValue5=99999|DrawForeColor=|GridX=99999999999|NewImageSize="
+                "axb|"
+                "GuideLineStyle=9|AutoSizePos=-1|MainLeft=-3000|MainWidth=lots|KidsMode=maybe");
+            for (const QString& pair : garbage.split(u'|'))
+                s.setValue(pair.section(u'=', 0, 0), pair.section(u'=', 1));
+        }
+        MainWindowFixture f(false);
+        frmMain& m = f.main();
+        QCOMPARE(m.state().SelectorValues[4].Value, 2.0);
+        QCOMPARE(m.state().SelectorValues[5].Value, 1.0);
+        QCOMPARE(m.state().ForeColor, Color(0));
+        QCOMPARE(m.state().GridX, 10);
+        QCOMPARE(m.NewImageWidth, 640);
+        QCOMPARE(m.GuideLineStyle, 2);
+        QVERIFY(!m.action(QStringLiteral("mnuKidsMode"))->isChecked());
+        QVERIFY(m.geometry().x() >= 0); // a negative position is taken as 0
+    }
+
+    void unwritableStoreDoesNotStopTheProgram()
+    {
+        QTemporaryDir dir;
+        QVERIFY(WriteFile(dir.filePath(QStringLiteral("Zolvane")), {})); // where the store's folder should be
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, dir.path());
+        SettingsStore unwritable;
+        unwritable.SaveSetting(QStringLiteral("Test"), QStringLiteral("x"));
+        QVERIFY(!unwritable.sync());
+        {
+            MainWindowFixture f(false);
+            QVERIFY(f.main().isVisible());
+            f.main().SaveSettings(true);
+        }
+        QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
+                           QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+    }
+
     void killedProgramsPictureComesBackByteForByte()
     {
         QTemporaryDir dir;
@@ -248,9 +408,9 @@ int main(int argc, char** argv)
     QApplication app(argc, argv);
     if (qEnvironmentVariableIsSet(kChildFolder))
         return childMain(qEnvironmentVariable(kChildFolder));
-    tst_Recovery test;
+    tst_NextRun test;
     QTEST_SET_MAIN_SOURCE_PATH
     return QTest::qExec(&test, argc, argv);
 }
 
-#include "tst_recovery.moc"
+#include "tst_nextrun.moc"
