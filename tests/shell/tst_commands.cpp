@@ -12,6 +12,7 @@
 #include "document/ImageCommand.h"
 #include "document/frmPaint.h"
 #include "effects/fx/FxOnPicture.h"
+#include "imageops/Blend.h"
 #include "imageops/CanvasOps.h"
 #include "imageops/Pictures.h"
 #include "imageops/frmBrightContrast.h"
@@ -82,6 +83,13 @@ Expected fx(int mode)
     };
 }
 
+Expected reversed(bool vertical, int index)
+{
+    return [=](const QImage& image) {
+        return Changed(image, [=](Surface& s) { ReverseBlendPicture(s, vertical, index, {}); });
+    };
+}
+
 void collectActions(QMenu* menu, QList<QAction*>& out)
 {
     for (QAction* a : menu->actions()) {
@@ -141,6 +149,8 @@ private Q_SLOTS:
             {"brighten from the toolbar", button(14), fx(1)},
             {"darken from the menu", trigger(MenuId::mnuDoDark), fx(2)},
             {"darken from the toolbar", button(15), fx(2)},
+            {"reverse blend, horizontal mirror", trigger(MenuId::mnuReverseBlendH1, 3), reversed(false, 3)},
+            {"reverse blend, vertical blue", trigger(MenuId::mnuReverseBlendV1, 7), reversed(true, 7)},
         };
         for (const auto& [name, command, expected] : commands) {
             QTest::newRow(QByteArray(QByteArray(name) + " on the picture").constData())
@@ -561,8 +571,7 @@ private Q_SLOTS:
                 "mnuCopyTo mnuPasteFrom split023 PasteSpecial mnuPasteBlend mnuBlendIt split052 split003 "
                 "mnuWindowAutoSizePosition ArrHorizontal ArrVertival Cascade split045 mnufitbigimages "
                 "mnustartblankpage mnumaximizeonopen mnuextra1 mnuextra2 mnuextra3 niks052 niks036 "
-                "mnucolordepth "
-                "menuExGridSetup niks12 niks7")
+                "mnucolordepth menuExGridSetup niks12 niks7")
                 .split(u' ');
         MainWindowFixture f;
         frmMain& m = f.main();

@@ -1,6 +1,6 @@
 // Blending, frames and borders in the running window: the dialogs answered as a user
 // would, what the picture gets, the messages for bad files, and undo of each. (When the
-// entries can be chosen: tst_Commands.)
+// entries can be chosen, and the reverse blends: tst_Commands.)
 
 #include "core/AppFolder.h"
 #include "core/Gdi.h"
@@ -214,28 +214,6 @@ private Q_SLOTS:
         QVERIFY(!form->doc.SelectArea.Visible);
         QCOMPARE(form->doc.Buffer.Image(), picture);
         QVERIFY(!form->doc.Dirty);
-    }
-
-    void reverseBlendsTakeAnUndoStep_data()
-    {
-        QTest::addColumn<bool>("vertical");
-        QTest::addColumn<int>("index");
-        QTest::newRow("horizontal mirror") << false << 3;
-        QTest::newRow("vertical blue") << true << 7;
-    }
-    void reverseBlendsTakeAnUndoStep()
-    {
-        QFETCH(bool, vertical);
-        QFETCH(int, index);
-        MainWindowFixture f;
-        frmMain& m = f.main();
-        const QImage picture = Pattern(45, 35);
-        frmPaint* form = f.newDocument(picture);
-        m.action(vertical ? MenuId::mnuReverseBlendV1 : MenuId::mnuReverseBlendH1, index)->trigger();
-        QCOMPARE(form->doc.Buffer.Image(),
-                 Changed(picture, [&](Surface& s) { ReverseBlendPicture(s, vertical, index, {}); }));
-        m.Undo_Click();
-        QCOMPARE(form->doc.Buffer.Image(), picture);
     }
 
     void aTransparencyFrameLightensTheEdgesAndUndoes()

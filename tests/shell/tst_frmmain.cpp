@@ -453,10 +453,10 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("tag");
-        QTest::newRow("a picture from a file: its file again") << "/pictures/cat.bmp"
-                                                               << "/pictures/cat.bmp";
-        QTest::newRow("a page never saved keeps no file") << "Untitled.bmp"
-                                                          << "";
+        QTest::newRow("from a file: that file again") << "/pictures/cat.bmp"
+                                                      << "/pictures/cat.bmp";
+        QTest::newRow("never saved: no file") << "Untitled.bmp"
+                                              << "";
     }
     void undoResizeKeepsTheFileName()
     {

@@ -231,10 +231,10 @@ private Q_SLOTS:
         {
             QSettings s = store();
             s.clear();
-            const QString garbage = QStringLiteral(
-                "LastOptionValue4=abc|LastOptionValue5=99999|DrawForeColor=|GridX=99999999999|NewImageSize="
-                "axb|"
-                "GuideLineStyle=9|AutoSizePos=-1|MainLeft=-3000|MainWidth=lots|KidsMode=maybe");
+            const QString garbage =
+                QStringLiteral("LastOptionValue4=abc|LastOptionValue5=99999|DrawForeColor=|GridX=99999999999|"
+                               "NewImageSize=axb|GuideLineStyle=9|AutoSizePos=-1|MainLeft=-3000|"
+                               "MainWidth=lots|KidsMode=maybe");
             for (const QString& pair : garbage.split(u'|'))
                 s.setValue(pair.section(u'=', 0, 0), pair.section(u'=', 1));
         }
