@@ -158,12 +158,12 @@ private Q_SLOTS:
             QTest::newRow(QByteArray(QByteArray(name) + " on a selection").constData())
                 << command << expected << true;
         }
-        for (const AmbientPreset& p : AmbientPresets()) // Effects > Ambient Light
+        for (const AmbientPreset& p : AmbientPresets()) // Effects > Ambient Light; "Red Dark" on a selection
             QTest::newRow(qPrintable(QString::fromLatin1(p.caption).remove(u'&')))
                 << trigger(MenuId::Greyscale, p.index) << Expected([&p](const QImage& i) {
                        return Changed(i, [&p](Surface& s) { ApplyAmbientPreset(s, p); });
                    })
-                << false;
+                << (p.index == 3);
     }
     void commandChangesOnlyItsTargetInOneUndoStep()
     {
@@ -203,6 +203,35 @@ private Q_SLOTS:
         // One undo gives the exact picture back.
         m.CmdCommands(7)->click();
         QCOMPARE(doc.Buffer.Image(), before);
+    }
+
+    // What the Ambient Light entries apply does what their names say: each "Dark" light
+    // never lightens a channel, and the "Light" of its colour, just above it, never darkens.
+    void ambientLightsDoWhatTheirNamesSay()
+    {
+        const QImage card = Pattern(24, 16);
+        auto lit = [&](const AmbientPreset& p) {
+            return Changed(card, [&](Surface& s) { ApplyAmbientPreset(s, p); });
+        };
+        int pairs = 0;
+        for (const AmbientPreset& dark : AmbientPresets()) {
+            if (!QByteArray(dark.caption).contains("Dark"))
+                continue;
+            const AmbientPreset* light = AmbientPresetAt(dark.index - 1);
+            QVERIFY(light && QByteArray(light->caption).contains("Light") && light->color == dark.color);
+            const QImage darker = lit(dark), lighter = lit(*light);
+            QVERIFY2(darker != card && lighter != card, dark.caption);
+            for (int y = 0; y < card.height(); ++y)
+                for (int x = 0; x < card.width(); ++x) {
+                    const QRgb o = card.pixel(x, y), d = darker.pixel(x, y), l = lighter.pixel(x, y);
+                    QVERIFY2(qRed(d) <= qRed(o) && qGreen(d) <= qGreen(o) && qBlue(d) <= qBlue(o),
+                             dark.caption);
+                    QVERIFY2(qRed(l) >= qRed(o) && qGreen(l) >= qGreen(o) && qBlue(l) >= qBlue(o),
+                             light->caption);
+                }
+            ++pairs;
+        }
+        QCOMPARE(pairs, 6);
     }
 
     void resizeThenUndoResizeRestoresTheExactPicture_data()
