@@ -196,6 +196,7 @@ private Q_SLOTS:
             path, [](double) { return false; }, 30000);
         QCOMPARE(stopped.failure, MetafilePicture::Stopped);
     }
+
     void viewerFoundThroughTheFileTypeStore()
     {
         QTemporaryDir data;
