@@ -1,5 +1,4 @@
-// The canvas dialogs as a user drives them: Image Size's fields, Rotate's angle, and
-// the brightness and contrast dialog's previews, planes and OK.
+// The canvas dialogs as a user drives them: Image Size, Rotate, Brightness and Contrast.
 
 #include "imageops/ImagePlane.h"
 #include "imageops/frmBrightContrast.h"
@@ -110,14 +109,8 @@ private Q_SLOTS:
         QCOMPARE(prompt.shown.size(), 1);
         QCOMPARE(prompt.shown[0].text, QStringLiteral("invallid angle"));
         QCOMPARE(refused.result(), 0); // still open
-        refused.TxtAngle()->setText(QStringLiteral("100"));
-        refused.Command1_Click();
-        QCOMPARE(refused.RotateDivisor(), 2);
         // The next opening shows the angle the divisor stands for.
-        frmRotate again(4, prompt);
-        QCOMPARE(again.TxtAngle()->text(), QStringLiteral("45"));
-        again.reject();
-        QCOMPARE(again.RotateDivisor(), -1);
+        QCOMPARE(frmRotate(4, prompt).TxtAngle()->text(), QStringLiteral("45"));
     }
 
     void neutralValuesChangeNothing_data() { bothModes(); }

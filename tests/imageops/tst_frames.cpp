@@ -1,6 +1,5 @@
-// Picture frames and borders: the ring rules against literal ring-by-ring drawing,
-// the transparency frame's amounts, the preview against the full-size frame, and the
-// border's tiles and raster operations.
+// Picture frames and borders: the rings against literal ring-by-ring drawing, the
+// transparency amounts, the preview against the full-size frame, the border's tiles.
 
 #include "core/Gdi.h"
 #include "imageops/Borders.h"
@@ -85,13 +84,6 @@ private Q_SLOTS:
         QFETCH(int, fade);
         QFETCH(int, amount);
         QCOMPARE(TransparencyAmount(i, thickness, level, fade), amount);
-    }
-
-    void darkenFadeNeverDropsBelowOne()
-    {
-        for (int thickness : {5, 27, 28, 200})
-            for (int i = 0; i <= thickness; ++i)
-                QVERIFY(TransparencyAmount(i, thickness, 3, kFadeDarken) >= 1);
     }
 
     void ringColours_data()
@@ -200,14 +192,6 @@ private Q_SLOTS:
         QCOMPARE(shown, sampled.Image());
     }
 
-    void borderRasterOperations()
-    {
-        const std::uint32_t expected[] = {13369376, 8913094, 8388610, 1114278, 3342344};
-        for (int i = 0; i < 5; ++i)
-            QCOMPARE(BorderRasterOp(i), expected[i]);
-        QCOMPARE(BorderRasterOp(9), std::uint32_t(SRCCOPY));
-    }
-
     void aOnePixelBrushDrawsTheOutermostRing()
     {
         Surface s = MakeSurface(6, 4);
@@ -255,6 +239,8 @@ private Q_SLOTS:
         QTest::newRow("combine") << int(kBorderCombine);
         QTest::newRow("merge") << int(kBorderMerge);
         QTest::newRow("paint") << int(kBorderPaint);
+        QTest::newRow("inverse") << int(kBorderInverse);
+        QTest::newRow("past the list: normal") << 9;
     }
     void effectsPutEachTileDownOnceThroughTheirOperation()
     {
@@ -276,9 +262,11 @@ private Q_SLOTS:
                     QCOMPARE(got, d);
                     continue;
                 }
-                const Color expected = effect == kBorderCombine ? (d & tileColor)
-                                       : effect == kBorderMerge ? (d & tileColor & drawing)
-                                                                : (~(tileColor | d) & 0xFFFFFF);
+                const Color expected = effect == kBorderCombine   ? (d & tileColor)
+                                       : effect == kBorderMerge   ? (d & tileColor & drawing)
+                                       : effect == kBorderPaint   ? (~(tileColor | d) & 0xFFFFFF)
+                                       : effect == kBorderInverse ? (~tileColor & 0xFFFFFF)
+                                                                  : tileColor;
                 QCOMPARE(got, expected);
             }
     }

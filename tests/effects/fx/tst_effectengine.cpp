@@ -1,6 +1,5 @@
-// The effect engine and the one-click filters: every row of the effect table at the
-// ends of its sliders on odd picture sizes, the non-destructive preview, neutral
-// defaults, text, the mirrors, overflow, and the ambient-light presets.
+// The effect engine and the one-click filters: every effect at its sliders' ends on odd
+// sizes, the non-destructive preview, neutral defaults, text, mirrors and overflow.
 
 #include "effects/fx/EffectEngine.h"
 #include "effects/fx/FxOnPicture.h"
@@ -97,8 +96,7 @@ private Q_SLOTS:
         }
     }
 
-    // Each run starts again from the applied picture: two runs give what one gives, and
-    // Scroll shows the applied picture itself.
+    // Each run starts again from the applied picture: two runs give what one gives.
     void previewStartsFromTheAppliedPicture()
     {
         Browser b(TestCard(40, 30));
@@ -106,8 +104,6 @@ private Q_SLOTS:
         b.state.HScroll1[0] = 90;
         const QImage once = b.apply();
         QCOMPARE(b.apply(), once);
-        b.choose(*FindEffect(1230));
-        QCOMPARE(b.apply(), TestCard(40, 30));
     }
 
     void neutralDefaultsChangeNothing_data()
@@ -181,46 +177,15 @@ private Q_SLOTS:
         QCOMPARE(s.Image(), TestCard(8, 8));
     }
 
-    void brightenAndDarkenByTen()
+    void brightenAndDarkenByTenClipped()
     {
-        Surface s = SurfaceOf(QImage(2, 1, QImage::Format_RGB32));
+        Surface s = SurfaceOf(QImage(1, 1, QImage::Format_RGB32));
         s.Image().setPixel(0, 0, qRgb(100, 250, 5));
-        s.Image().setPixel(1, 0, qRgb(0, 0, 0));
         FxOnPicture(s, 1, 0, 0);
         QCOMPARE(s.Image().pixel(0, 0), qRgb(110, 255, 15));
         FxOnPicture(s, 2, 0, 0);
         FxOnPicture(s, 2, 0, 0);
         QCOMPARE(s.Image().pixel(0, 0), qRgb(90, 235, 0));
-        FxOnPicture(s, 0, 0, 0);
-        QCOMPARE(qRed(s.Image().pixel(0, 0)), qBlue(s.Image().pixel(0, 0)));
-    }
-
-    // On the same colour, a "Dark" entry never lightens a channel and a "Light" one never
-    // darkens, and each changes the picture.
-    void darkPresetsDarkenAndLightPresetsLighten()
-    {
-        const QImage card = TestCard(24, 24);
-        int pairs = 0;
-        for (const AmbientPreset& dark : AmbientPresets()) {
-            if (QByteArray(dark.caption).contains("Dark") == false)
-                continue;
-            const AmbientPreset* light = AmbientPresetAt(dark.index - 1);
-            QVERIFY(light && QByteArray(light->caption).contains("Light") && light->color == dark.color);
-            Surface darker = SurfaceOf(card), lighter = SurfaceOf(card);
-            ApplyAmbientPreset(darker, dark);
-            ApplyAmbientPreset(lighter, *light);
-            QVERIFY(darker.Image() != card && lighter.Image() != card);
-            for (int y = 0; y < 24; ++y)
-                for (int x = 0; x < 24; ++x) {
-                    const QRgb o = card.pixel(x, y), d = darker.Image().pixel(x, y),
-                               l = lighter.Image().pixel(x, y);
-                    QVERIFY(qRed(d) <= qRed(o) && qGreen(d) <= qGreen(o) && qBlue(d) <= qBlue(o));
-                    QVERIFY(qRed(l) >= qRed(o) && qGreen(l) >= qGreen(o) && qBlue(l) >= qBlue(o));
-                }
-            ++pairs;
-        }
-        QCOMPARE(pairs, 6);
-        QVERIFY(!AmbientPresetAt(1) && !AmbientPresetAt(21) && !AmbientPresetAt(25));
     }
 };
 
