@@ -1,36 +1,49 @@
 // The pointer pipeline and the keyboard: view-to-image mapping, snapping, the undo
 // points of a stroke, the context menu rules, the zoom tool's steps, the picker's
-// return, the read-outs above 100 % and the tool keys.
+// return, the read-outs above 100 % and the tool keys; and the rectangular selection:
+// the lift, the drag of the float, the paste placement, the fill of Cut and Clear and
+// the float's previews.
 
+#include "core/Gdi.h"
 #include "support/FakeHost.h"
+#include "support/TestImages.h"
 #include "tools/PointerPipeline.h"
+#include "tools/Selection.h"
 
 #include <QtTest>
 
 using namespace velunta;
 using namespace velunta::test;
 
+namespace {
+
+// A bench whose pixels tell their position, so moved pixels can be recognised.
+struct Positions : ToolBench {
+    Positions(int w = 40, int h = 30) : ToolBench(w, h)
+    {
+        paint([](int x, int y) { return RGB(x * 6 % 256, y * 8 % 256, 100); });
+    }
+    void drag(int tool, QPointF from, QPointF to)
+    {
+        state.CurrentTool = tool;
+        mouse({from, to});
+    }
+    Color at(int x, int y) const { return GetPixel(doc.Buffer, x, y); }
+};
+
+} // namespace
+
 class tst_Pipeline : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void viewToImage_data()
-    {
-        QTest::addColumn<double>("view");
-        QTest::addColumn<double>("zoom");
-        QTest::addColumn<int>("image");
-        QTest::newRow("100: 10 reads 9.5 -> 10") << 10.0 << 100.0 << 10;
-        QTest::newRow("100: 11 reads 10.5 -> 10") << 11.0 << 100.0 << 10;
-        QTest::newRow("100: 12 reads 11.5 -> 12") << 12.0 << 100.0 << 12;
-        QTest::newRow("200: 7 reads 3") << 7.0 << 200.0 << 3;
-        QTest::newRow("200: 6 reads 2.5 -> 2") << 6.0 << 200.0 << 2;
-        QTest::newRow("50: 10 reads 19.5 -> 20") << 10.0 << 50.0 << 20;
-    }
     void viewToImage()
     {
-        QFETCH(double, view);
-        QFETCH(double, zoom);
-        QFETCH(int, image);
-        QCOMPARE(int(I2(ViewToImage(view, zoom))), image);
+        // View pixel v is image (v - 0.5) * 100 / zoom, rounded half to even: at 100 %
+        // 10 reads 9.5 -> 10, 11 reads 10.5 -> 10; at 200 % 6 reads 2.5 -> 2.
+        const auto image = [](double view, double zoom) { return int(I2(ViewToImage(view, zoom))); };
+        const QList<int> read{image(10, 100), image(11, 100), image(12, 100),
+                              image(7, 200),  image(6, 200),  image(10, 50)};
+        QCOMPARE(read, QList<int>({10, 10, 12, 3, 2, 20}));
     }
 
     void snapRoundsHalvesToEvenOnlyWhilePressed()
@@ -200,22 +213,19 @@ private Q_SLOTS:
         QCOMPARE(b.state.CurrentTool, tool);
     }
 
-    void textToolKeepsLetters()
+    void escHidesSelectionOnCleanImageElseUndoes()
     {
         ToolBench b;
+        b.host.undoEnabled = true;
+        b.doc.Dirty = true;
+        // The text tool keeps letters and Esc for its box.
         b.state.CurrentTool = 12;
         for (int key : {int('M'), int('P'), int('Z'), int(kKeyEscape)})
             Form_KeyDown(b.ctx, b.doc, key, 0);
         QCOMPARE(b.state.CurrentTool, 12);
         QVERIFY(b.host.selected.isEmpty());
-        QCOMPARE(b.host.undoCalls, 0);
-    }
-
-    void escHidesSelectionOnCleanImageElseUndoes()
-    {
-        ToolBench b;
         b.state.CurrentTool = 5;
-        b.host.undoEnabled = true;
+        b.doc.Dirty = false;
         b.doc.SelectArea.Visible = true;
         Form_KeyDown(b.ctx, b.doc, kKeyEscape, 0);
         QVERIFY(!b.doc.SelectArea.Visible);
@@ -241,6 +251,95 @@ private Q_SLOTS:
         b.doc.ZoomFactor = 200;
         Form_KeyDown(b.ctx, b.doc, kKeyRight, 0);
         QCOMPARE(b.doc.KeyPointerX, 11.0);
+    }
+
+    void marqueeLiftsTheAreaAndAClickDropsIt()
+    {
+        Positions b;
+        b.drag(5, {5, 4}, {15, 12});
+        const Surface& sel = b.doc.BufferSelected;
+        QVERIFY(b.doc.SelectArea.Visible && b.doc.SelectionLifted);
+        QCOMPARE(QRectF(sel.Left, sel.Top, sel.Width(), sel.Height()), QRectF(4.5, 3.5, 10, 8));
+        QCOMPARE(GetPixel(sel, 0, 0), b.at(4, 4)); // 4.5 rounds half to even
+        QCOMPARE(DifferingPixels(b.doc.SelectedBack.Image(), sel.Image()), 0);
+        b.drag(5, {20, 20}, {20, 20});
+        QVERIFY(!b.doc.SelectArea.Visible);
+        // So does the pointer's press outside it.
+        b.drag(5, {5, 5}, {15, 15});
+        b.state.CurrentTool = 0;
+        PaintArea_MouseDown(b.ctx, b.doc, kLeftButton, 0, 30, 25);
+        QVERIFY(!b.doc.SelectArea.Visible && !b.doc.SelectionLifted);
+        QCOMPARE(b.host.area, QStringLiteral("0 x 0"));
+    }
+
+    void moveCopiesAndCutLeavesBackground()
+    {
+        Positions b;
+        const Color original = b.at(6, 6);
+        b.drag(5, {5, 5}, {15, 15});
+        b.drag(0, {8, 8}, {28, 18}); // 20 across, 10 down
+        // What the float covered is restored; the float now stands 20 and 10 further.
+        QCOMPARE(b.at(6, 6), original);
+        QCOMPARE(b.at(26, 16), original);
+        FillSelection(b.doc, RGB(9, 9, 9));
+        QCOMPARE(b.at(26, 16), RGB(9, 9, 9));
+        QCOMPARE(b.at(6, 6), original);
+    }
+
+    void moveFollowsThePointerAtEveryZoom()
+    {
+        for (double zoom : {50.0, 150.0, 300.0}) {
+            Positions b(200, 200);
+            b.doc.ZoomFactor = zoom;
+            b.doc.view.paintWidth = b.doc.view.paintHeight = int(200 * zoom / 100) + 2;
+            const double f = zoom / 100;
+            b.drag(5, QPoint(int(20 * f), int(20 * f)), QPoint(int(60 * f), int(60 * f)));
+            const double left = b.doc.BufferSelected.Left;
+            // Drag the float by 40 picture pixels: 40 x zoom / 100 view pixels.
+            b.drag(0, QPoint(int(30 * f), int(30 * f)), QPoint(int(70 * f), int(30 * f)));
+            QVERIFY2(std::abs(b.doc.BufferSelected.Left - (left + 40)) <= 1.5,
+                     qPrintable(QString::number(zoom)));
+        }
+    }
+
+    void pasteLandsAtVisibleTopLeft()
+    {
+        ToolBench b(200, 150);
+        b.doc.ZoomFactor = 200;
+        b.doc.view.paintLeft = -100; // scrolled: the view shows from view pixel 100
+        b.doc.view.paintTop = -60;
+        PlaceFloat(b.doc, MakeImage(10, 8, [](int x, int) { return RGB(x * 20, 0, 0); }));
+        QCOMPARE(QPointF(b.doc.BufferSelected.Left, b.doc.BufferSelected.Top), QPointF(50, 30));
+        QCOMPARE(QSizeF(b.doc.SelectArea.Width, b.doc.SelectArea.Height), QSizeF(20, 16)); // twice the clip
+        QCOMPARE(GetPixel(b.doc.Buffer, 53, 31), RGB(60, 0, 0));
+        QVERIFY(b.doc.SelectionLifted);
+    }
+
+    void preview_data()
+    {
+        QTest::addColumn<Color>("key"); // kNoColor: blend at the ratio instead
+        QTest::addColumn<int>("ratio");
+        QTest::addColumn<Color>("result"); // at the float's key-coloured pixel
+        QTest::newRow("key that doesn't occur: unchanged") << RGB(1, 1, 1) << 0 << RGB(255, 0, 0);
+        QTest::newRow("key shows what lies under") << RGB(255, 0, 0) << 0 << RGB(0, 0, 255);
+        QTest::newRow("blend 255: the float alone") << kNoColor << 255 << RGB(255, 0, 0);
+        QTest::newRow("blend 0: what lies under") << kNoColor << 0 << RGB(0, 0, 255);
+        QTest::newRow("blend 127: half way, half to even") << kNoColor << 127 << RGB(127, 0, 128);
+    }
+    void preview()
+    {
+        QFETCH(Color, key);
+        QFETCH(int, ratio);
+        QFETCH(Color, result);
+        ToolBench b;
+        b.doc.Buffer.BackColor = RGB(0, 0, 255);
+        b.doc.Buffer.Cls();
+        PlaceFloat(b.doc, MakeImage(6, 6, [](int, int) { return RGB(255, 0, 0); }));
+        QVERIFY(PreviewFloat(b.doc, key != kNoColor, key, key == kNoColor, ratio, NoProgress));
+        QCOMPARE(GetPixel(b.doc.BufferSelected, 2, 2), result);
+        QCOMPARE(GetPixel(b.doc.Buffer, 2, 2), result);
+        CancelFloatPreview(b.doc); // the float's own pixels come back
+        QCOMPARE(GetPixel(b.doc.BufferSelected, 2, 2), RGB(255, 0, 0));
     }
 };
 

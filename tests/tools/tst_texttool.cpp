@@ -1,9 +1,6 @@
-// The text tool in a real window: the box opens at the click, legible whatever the
-// colours, and takes the typing (tool letters included); "Apply Text" and the pointer
-// button draw the text where the box showed it at 100 % and 200 %, "Cancel Text" and
-// another tool drop it. And a whole picture the way a child draws it: a gradient sky,
-// green ground, a house with a filled rectangle and a roof of two lines, a round sun
-// and a name under the house; with VELUNTA_DRAWING_PNG set, the window is saved there.
+// The text tool in a real window: the box at the click, its colours and typing, the
+// text applied where the box showed it or dropped; and a whole picture the way a child
+// draws it (with VELUNTA_DRAWING_PNG set, the window is saved there).
 
 #include "core/Gdi.h"
 #include "document/PaintArea.h"
@@ -47,56 +44,31 @@ void drag(MainWindowFixture& fx, frmPaint& form, QPointF from, QPointF to)
 class tst_TextTool : public QObject {
     Q_OBJECT
 private Q_SLOTS:
-    void boxOpensAtTheClickAndTakesTheLetters_data()
-    {
-        QTest::addColumn<Color>("fore");
-        QTest::addColumn<Color>("back");
-        QTest::addColumn<Color>("box");
-        QTest::newRow("different: the background") << RGB(0, 0, 0) << RGB(255, 255, 0) << RGB(255, 255, 0);
-        QTest::newRow("both red: white") << RGB(255, 0, 0) << RGB(255, 0, 0) << RGB(255, 255, 255);
-    }
-    void boxOpensAtTheClickAndTakesTheLetters()
-    {
-        QFETCH(Color, fore);
-        QFETCH(Color, back);
-        QFETCH(Color, box);
-        MainWindowFixture fx;
-        frmPaint* form = fx.newDocument(120, 80);
-        fx.main().state().ForeColor = fore;
-        fx.main().state().BackColor = back;
-        fx.main().Cmd_Click(12);
-        drag(fx, *form, {30, 20}, {30, 20});
-        QPlainTextEdit* input = form->TextInput();
-        QVERIFY(input->isVisible());
-        QCOMPARE(input->parentWidget(), form->paintArea());
-        QCOMPARE(input->pos(), QPoint(31, 21)); // inside the view's one-pixel frame
-        // Legible whatever the colours.
-        QCOMPARE(FromQColor(input->palette().color(QPalette::Base)), box);
-        QCOMPARE(FromQColor(input->palette().color(QPalette::Text)), fore);
-        // Tool letters are text here; the lines join with "\r\n"; the box grows with them.
-        QTest::keyClicks(input, QStringLiteral("BE"));
-        QTest::keyClick(input, Qt::Key_Return);
-        QTest::keyClicks(input, QStringLiteral("GT"));
-        QCOMPARE(form->doc.textBox.Text, QStringLiteral("BE\r\nGT"));
-        QCOMPARE(fx.main().state().CurrentTool, 12);
-        QVERIFY(input->height() >= 2 * TextBoxLineHeight(form->doc.textBox));
-    }
-
+    // The box opens at the click, legible whatever the colours, and takes the typing, tool
+    // letters and lines included; "Apply Text" draws the text where the box showed it.
     void appliedTextLandsWhereTheBoxShowedIt_data()
     {
         QTest::addColumn<double>("zoom");
         QTest::addColumn<bool>("background"); // "Show background in text window"
         QTest::addColumn<bool>("centred");
-        QTest::newRow("100") << 100.0 << false << false;
-        QTest::newRow("200") << 200.0 << false << false;
-        QTest::newRow("200, label over the picture") << 200.0 << true << false;
-        QTest::newRow("100, centred") << 100.0 << false << true;
+        QTest::addColumn<Color>("fore");
+        QTest::addColumn<Color>("back");
+        QTest::addColumn<Color>("box");
+        const Color black = 0, white = 0xFFFFFF, red = RGB(255, 0, 0), yellow = RGB(255, 255, 0);
+        QTest::newRow("100, the box in the background colour")
+            << 100.0 << false << false << black << yellow << yellow;
+        QTest::newRow("200, both red: a white box") << 200.0 << false << false << red << red << white;
+        QTest::newRow("200, label over the picture") << 200.0 << true << false << black << white << white;
+        QTest::newRow("100, centred") << 100.0 << false << true << black << white << white;
     }
     void appliedTextLandsWhereTheBoxShowedIt()
     {
         QFETCH(double, zoom);
         QFETCH(bool, background);
         QFETCH(bool, centred);
+        QFETCH(Color, fore);
+        QFETCH(Color, back);
+        QFETCH(Color, box);
         MainWindowFixture fx;
         frmPaint* form = fx.newDocument(160, 90);
         form->PreDefZoom(zoom);
@@ -104,16 +76,28 @@ private Q_SLOTS:
         st.TransparentText = background;
         st.CenterText = centred;
         st.SelectorValues[7].Value = 16;
+        st.ForeColor = fore;
+        st.BackColor = back;
         fx.main().Cmd_Click(12);
         drag(fx, *form, {25, 30}, {25, 30});
+        QPlainTextEdit* input = form->TextInput();
+        const double f = zoom / 100;
+        if (!background) // the label shows the text instead, and the box is out of sight
+            QCOMPARE(input->pos(), QPoint(int(25 * f) + 1, int(30 * f) + 1)); // inside the view's frame
+        QCOMPARE(FromQColor(input->palette().color(QPalette::Base)), box);
+        QCOMPARE(FromQColor(input->palette().color(QPalette::Text)), fore);
         if (centred) {
-            QTest::keyClicks(form->TextInput(), QStringLiteral("Ho"));
-            QTest::keyClick(form->TextInput(), Qt::Key_Return);
+            QTest::keyClicks(input, QStringLiteral("Ho"));
+            QTest::keyClick(input, Qt::Key_Return);
         }
-        QTest::keyClicks(form->TextInput(), QStringLiteral("Hello"));
+        QTest::keyClicks(input, QStringLiteral("Hello"));
+        QCOMPARE(form->doc.textBox.Text, centred ? QStringLiteral("Ho\r\nHello") : QStringLiteral("Hello"));
+        QCOMPARE(fx.main().state().CurrentTool, 12);
+        if (centred)
+            QVERIFY(input->height() >= 2 * TextBoxLineHeight(form->doc.textBox));
 
         // Where the text shows on the view, in view pixels from the picture's origin.
-        QWidget* shown = background ? static_cast<QWidget*>(form->lblTextInput()) : form->TextInput();
+        QWidget* shown = background ? static_cast<QWidget*>(form->lblTextInput()) : input;
         QVERIFY(shown->isVisible());
         form->paintArea()->setFocus(); // no text cursor in the picture of the box
         const QImage view = shown->grab().toImage();
@@ -122,10 +106,9 @@ private Q_SLOTS:
                                     .translated(shown->pos() - QPoint(1, 1));
         QVERIFY(!inkInView.isEmpty());
         fx.main().ApplyText();
-        QVERIFY(!form->TextInput()->isVisible());
+        QVERIFY(!input->isVisible());
         const QImage& picture = form->doc.Buffer.Image();
         const QRect ink = darkBounds(picture, picture.rect());
-        const double f = zoom / 100;
         QVERIFY(qAbs(ink.left() - inkInView.left() / f) <= 1.0 &&
                 qAbs(ink.top() - inkInView.top() / f) <= 1.0);
         QVERIFY(form->doc.Dirty);
@@ -133,34 +116,32 @@ private Q_SLOTS:
 
     void pointerButtonAppliesOtherToolsDrop_data()
     {
-        QTest::addColumn<int>("nextTool");
-        QTest::addColumn<bool>("cancel");
-        QTest::addColumn<bool>("applied");
-        QTest::newRow("pointer button applies") << 0 << false << true;
-        QTest::newRow("another tool drops") << 1 << false << false;
-        QTest::newRow("Cancel Text drops") << -1 << true << false;
+        QTest::addColumn<int>("nextTool"); // -1: "Cancel Text"
+        QTest::newRow("pointer button applies") << 0;
+        QTest::newRow("another tool drops") << 1;
+        QTest::newRow("Cancel Text drops") << -1;
     }
     void pointerButtonAppliesOtherToolsDrop()
     {
         QFETCH(int, nextTool);
-        QFETCH(bool, cancel);
-        QFETCH(bool, applied);
         MainWindowFixture fx;
         frmPaint* form = fx.newDocument(80, 60);
         fx.main().Cmd_Click(12);
         drag(fx, *form, {10, 10}, {10, 10});
         QTest::keyClicks(form->TextInput(), QStringLiteral("Zoe"));
-        if (cancel)
+        if (nextTool < 0)
             fx.main().CancelText();
         else
             fx.main().Cmd_Click(nextTool);
         const QImage& picture = form->doc.Buffer.Image();
-        QCOMPARE(!darkBounds(picture, picture.rect()).isEmpty(), applied);
+        QCOMPARE(!darkBounds(picture, picture.rect()).isEmpty(), nextTool == 0);
         QVERIFY(!form->TextInput()->isVisible());
         QVERIFY(form->doc.textBox.Text.isEmpty());
         QVERIFY(fx.main().builtOperations().contains(QStringLiteral("CancelText")));
     }
 
+    // A gradient sky 200 rows deep, the white below it filled green, a red house in a
+    // black border, a roof of two thick lines, a round sun filled only, and a name.
     void aChildsPicture()
     {
         MainWindowFixture fx;
@@ -168,10 +149,6 @@ private Q_SLOTS:
         frmPaint* form = fx.newDocument(400, 320);
         DrawState& st = main.state();
         const Surface& picture = form->doc.Buffer;
-
-        // A gradient sky from deep to pale blue 200 rows down, the white below it filled
-        // green, a house in a black border filled red, a roof of two thick lines, a round
-        // sun filled only, and the name under the house.
         st.SelectorValues[5].Value = 2;
         st.SelectorValues[9].Value = 4;
         st.SelectorValues[7].Value = 20;
@@ -196,10 +173,7 @@ private Q_SLOTS:
         }
         QTest::keyClicks(form->TextInput(), QStringLiteral("Mia"));
         main.Cmd_Click(0); // the pointer button applies the text
-
-        // The sky from the foreground at its top (a step or two past it: row 0 ends under
-        // the second strip) to the background at its foot; the ground, the walls in their
-        // border, the round sun, and the name under the house.
+        // Row 0 of the sky ends under the second strip: a step or two past the foreground.
         const Color top = GetPixel(picture, 5, 0);
         QVERIFY(qAbs(ColorRed(top) - 40) <= 2 && qAbs(ColorGreen(top) - 90) <= 2 &&
                 qAbs(ColorBlue(top) - 210) <= 2);

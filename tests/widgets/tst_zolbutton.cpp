@@ -5,6 +5,7 @@
 
 #include "document/frmPaint.h"
 #include "support/MainWindowFixture.h"
+#include "support/TestImages.h"
 #include "widgets/Icons.h"
 #include "widgets/zolButton.h"
 
@@ -23,19 +24,14 @@ namespace {
 
 // A picture from rows of letters: '.' white (the transparent colour when it stands
 // top left), 'R' red, 'B' blue, 'K' black, ' ' fully clear.
-QImage Picture(std::initializer_list<const char*> rows)
+QImage Picture(const QStringList& rows)
 {
-    const int h = int(rows.size()), w = int(strlen(*rows.begin()));
-    QImage img(w, h, QImage::Format_ARGB32);
-    int y = 0;
-    for (const char* row : rows) {
-        auto* line = reinterpret_cast<QRgb*>(img.scanLine(y++));
-        for (int x = 0; x < w; ++x)
-            line[x] = row[x] == 'R'   ? qRgb(255, 0, 0)
-                      : row[x] == 'B' ? qRgb(0, 0, 255)
-                      : row[x] == 'K' ? qRgb(0, 0, 0)
-                      : row[x] == ' ' ? qRgba(0, 0, 0, 0)
-                                      : qRgb(255, 255, 255);
+    QImage img = ImageFromRows(rows, {{u'R', RGB(255, 0, 0)}, {u'B', RGB(0, 0, 255)}, {u'K', 0}})
+                     .convertToFormat(QImage::Format_ARGB32);
+    for (int y = 0; y < img.height(); ++y) {
+        auto* line = reinterpret_cast<QRgb*>(img.scanLine(y));
+        for (int x = 0; x < img.width(); ++x)
+            line[x] = rows[y][x] == u' ' ? 0 : line[x];
     }
     return img;
 }
@@ -65,8 +61,9 @@ public:
     }
 };
 
+// A dialog of buttons in a row.
 struct Window {
-    QWidget top;
+    QDialog top;
     QHBoxLayout* row = new QHBoxLayout(&top);
     zolButton* add(const QString& caption = QString())
     {
@@ -125,8 +122,6 @@ private Q_SLOTS:
         b->setGradientMode(style % 5);
         b->setFixedSize(shape >= 7 ? b->size() : QSize(90, 44));
         w.show();
-        QCOMPARE(b->ButtonStyle(), style);
-        QCOMPARE(b->ButtonShape(), shape);
         const QImage plain = Face(b);
         QTest::mouseMove(b, b->rect().center());
         QTRY_VERIFY(b->HoverActive());
@@ -180,7 +175,7 @@ private Q_SLOTS:
         }
     }
 
-    void optionGroupRenumbersWhenOneLeaves()
+    void optionGroupChoosesOneAndRenumbersWhenOneLeaves()
     {
         Window w;
         zolButton* b[3] = {w.add(QStringLiteral("A")), w.add(QStringLiteral("B")),
@@ -188,25 +183,6 @@ private Q_SLOTS:
         for (zolButton* x : b)
             x->setMode(2);
         QCOMPARE(w.top.property("zb_OptCount").toInt(), 3);
-        b[1]->setMode(0);
-        QCOMPARE(w.top.property("zb_OptCount").toInt(), 2);
-        QCOMPARE(w.top.property("zb_Obj1").value<QObject*>(), b[0]);
-        QCOMPARE(w.top.property("zb_Obj2").value<QObject*>(), b[2]);
-        QVERIFY(!w.top.property("zb_Obj3").isValid());
-        delete b[0];
-        QCOMPARE(w.top.property("zb_Obj1").value<QObject*>(), b[2]);
-        QVERIFY(!w.top.property("zb_Obj2").isValid());
-        delete b[2];
-        QVERIFY(!w.top.property("zb_OptCount").isValid());
-    }
-
-    void optionGroupChoosesOne()
-    {
-        Window w;
-        zolButton* b[3] = {w.add(QStringLiteral("A")), w.add(QStringLiteral("B")),
-                           w.add(QStringLiteral("C"))};
-        for (zolButton* x : b)
-            x->setMode(2);
         w.show();
         QSignalSpy clicks(b[1], &zolButton::Click);
         b[0]->setValue(true);
@@ -232,6 +208,16 @@ private Q_SLOTS:
         b[0]->setMode(0);
         b[0]->setValue(true);
         QVERIFY(!b[0]->Value());
+        // The group keeps its numbers in order as buttons leave it.
+        QCOMPARE(w.top.property("zb_OptCount").toInt(), 2);
+        QCOMPARE(w.top.property("zb_Obj1").value<QObject*>(), b[1]);
+        QCOMPARE(w.top.property("zb_Obj2").value<QObject*>(), b[2]);
+        QVERIFY(!w.top.property("zb_Obj3").isValid());
+        delete b[1];
+        QCOMPARE(w.top.property("zb_Obj1").value<QObject*>(), b[2]);
+        QVERIFY(!w.top.property("zb_Obj2").isValid());
+        delete b[2];
+        QVERIFY(!w.top.property("zb_OptCount").isValid());
     }
 
     void pressedThenMovedOffStaysPressedUntilRelease()
@@ -246,7 +232,6 @@ private Q_SLOTS:
         QTest::mouseMove(b, b->rect().center());
         QTRY_VERIFY(b->HoverActive());
         QTest::mousePress(b, Qt::LeftButton, {}, b->rect().center());
-        QVERIFY(b->StateFlags() & 2);
         QCursor::setPos(other->mapToGlobal(other->rect().center()));
         QTRY_VERIFY_WITH_TIMEOUT(!b->HoverActive(), 100);
         QCOMPARE(b->StateFlags() & 6, 2); // still held down, no longer under the pointer
@@ -285,20 +270,38 @@ private Q_SLOTS:
         QCOMPARE(b->LastButton(), 2);
     }
 
-    void accessKeysClick()
+    void keysReachTheRightButton()
     {
         Window w;
-        zolButton* apply = w.add(QStringLiteral("&Apply||all"));
+        auto* edit = new QLineEdit(&w.top);
+        w.row->addWidget(edit);
+        zolButton* ok = w.add(QStringLiteral("&Apply||all"));
+        zolButton* option = w.add(QStringLiteral("On"));
         zolButton* fish = w.add(QStringLiteral("Fish && &Chips"));
+        ok->setDefault(true);
+        option->setMode(1);
         w.show();
-        QSignalSpy applied(apply, &zolButton::Click), chips(fish, &zolButton::Click);
+        QCOMPARE(ok->StateFlags() & 1, 1);
+        QSignalSpy clicks(ok, &zolButton::Click), chips(fish, &zolButton::Click);
         QTest::keyClick(&w.top, Qt::Key_A, Qt::AltModifier);
         QTest::keyClick(&w.top, Qt::Key_F, Qt::AltModifier); // "&&" is a plain ampersand, not a key
         QTest::keyClick(&w.top, Qt::Key_C, Qt::AltModifier);
-        QCOMPARE(applied.count(), 1);
+        QCOMPARE(clicks.count(), 1);
         QCOMPARE(chips.count(), 1);
+        // Enter in a text box, or on a check button, is the default button's; on another
+        // command button it is that button's.
+        edit->setFocus();
+        QTest::keyClick(edit, Qt::Key_Return);
+        option->setFocus();
+        QTest::keyClick(option, Qt::Key_Return);
+        QCOMPARE(clicks.count(), 3);
+        QVERIFY(!option->Value());
+        fish->setFocus();
+        QTest::keyClick(fish, Qt::Key_Return);
+        QCOMPARE(clicks.count(), 3);
+        QCOMPARE(chips.count(), 2);
         // "||" breaks the line: two lines stand taller than one.
-        QVERIFY(apply->sizeHint().height() > fish->sizeHint().height());
+        QVERIFY(ok->sizeHint().height() > fish->sizeHint().height());
         // Screen readers hear the caption, or the tooltip where there is none.
         zolButton* bare = w.add();
         bare->setToolTip(QStringLiteral("Open"));
@@ -306,38 +309,6 @@ private Q_SLOTS:
                  QStringLiteral("Fish & Chips"));
         QCOMPARE(QAccessible::queryAccessibleInterface(bare)->text(QAccessible::Name),
                  QStringLiteral("Open"));
-    }
-
-    void defaultButtonTakesEnter()
-    {
-        QDialog dialog;
-        auto* layout = new QHBoxLayout(&dialog);
-        auto* edit = new QLineEdit(&dialog);
-        auto* ok = new zolButton(QStringLiteral("OK"), &dialog);
-        auto* option = new zolButton(QStringLiteral("On"), &dialog);
-        auto* cancel = new zolButton(QStringLiteral("Cancel"), &dialog);
-        layout->addWidget(edit);
-        layout->addWidget(ok);
-        layout->addWidget(option);
-        layout->addWidget(cancel);
-        ok->setDefault(true);
-        option->setMode(1);
-        dialog.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-        QCOMPARE(ok->StateFlags() & 1, 1);
-        QSignalSpy clicks(ok, &zolButton::Click), cancels(cancel, &zolButton::Click);
-        // Enter in a text box, or on a check button, is the default button's.
-        edit->setFocus();
-        QTest::keyClick(edit, Qt::Key_Return);
-        option->setFocus();
-        QTest::keyClick(option, Qt::Key_Return);
-        QCOMPARE(clicks.count(), 2);
-        QVERIFY(!option->Value());
-        // On another command button, Enter is that button's.
-        cancel->setFocus();
-        QTest::keyClick(cancel, Qt::Key_Return);
-        QCOMPARE(clicks.count(), 2);
-        QCOMPARE(cancels.count(), 1);
     }
 
     void settersRefuseWithMessages()
@@ -376,27 +347,14 @@ private Q_SLOTS:
     {
         QTest::addColumn<QVariantMap>("bag");
         QTest::newRow("defaults") << QVariantMap();
-        QTest::newRow("everything") << QVariantMap{{"Caption", "&Save||now"},
-                                                   {"CapAlign", 1},
-                                                   {"CapStyle", 3},
-                                                   {"BackStyle", 4},
-                                                   {"Shape", 5},
-                                                   {"Gradient", 2},
-                                                   {"cGradient", RGB(1, 2, 3)},
-                                                   {"cFore", RGB(200, 0, 0)},
-                                                   {"cBack", RGB(10, 20, 30)},
-                                                   {"cFHover", kSysHighlight},
-                                                   {"cBhover", RGB(255, 231, 162)},
-                                                   {"LockHover", 2},
-                                                   {"Focus", false},
-                                                   {"Mode", 1},
-                                                   {"Value", true},
-                                                   {"CustomClick", 1},
-                                                   {"Image", "cmd-02"},
-                                                   {"ImgSize", 2},
-                                                   {"ImgAlign", 1},
-                                                   {"Enabled", false},
-                                                   {"mPointer", 2}};
+        // clang-format off
+        QTest::newRow("everything") << QVariantMap{
+            {"Caption", "&Save||now"}, {"CapAlign", 1}, {"CapStyle", 3}, {"BackStyle", 4}, {"Shape", 5},
+            {"Gradient", 2}, {"cGradient", RGB(1, 2, 3)}, {"cFore", RGB(200, 0, 0)}, {"ImgSize", 2},
+            {"cBack", RGB(10, 20, 30)}, {"cFHover", kSysHighlight}, {"cBhover", RGB(255, 231, 162)},
+            {"LockHover", 2}, {"Focus", false}, {"Mode", 1}, {"Value", true}, {"CustomClick", 1},
+            {"Image", "cmd-02"}, {"ImgAlign", 1}, {"Enabled", false}, {"mPointer", 2}};
+        // clang-format on
         QTest::newRow("cut from picture") << QVariantMap{{"Shape", 8}, {"Image", Picture({"..R", "RRR"})}};
     }
     void propertyMapRoundTrips()
@@ -459,10 +417,9 @@ private Q_SLOTS:
         QVERIFY(view);
         PaintCounter views, buttons;
         view->installEventFilter(&views);
-        for (int i = 0; i < 23; ++i)
-            m.CmdCommands(i)->installEventFilter(&buttons);
         for (int i = 0; i < 23; ++i) {
             zolButton* b = m.CmdCommands(i);
+            b->installEventFilter(&buttons);
             if (!b->isVisible())
                 continue;
             // The window is held to the screen (800 pixels wide offscreen); a button past
@@ -493,10 +450,8 @@ private Q_SLOTS:
                                     ".RRRRBBRRRR.", "..RRRRRRRR..", "....RRRR...."})
                                .scaled(84, 40);
         QList<zolButton*> shapes;
-        for (int shape = 0; shape < 9; ++shape) {
-            shapes << new zolButton(&w);
-            grid->addWidget(shapes.last(), shape / 3, shape % 3);
-        }
+        for (int shape = 0; shape < 9; ++shape)
+            grid->addWidget(shapes.emplace_back(new zolButton(&w)), shape / 3, shape % 3);
         w.move(0, 0);
         w.show();
         QVERIFY(QTest::qWaitForWindowExposed(&w));
@@ -514,19 +469,17 @@ private Q_SLOTS:
                            QStringLiteral("style %1 %2").arg(style).arg(QLatin1String(states[state])));
                 for (int shape = 0; shape < 9; ++shape) {
                     zolButton* b = shapes[shape];
-                    b->ReadProperties(
-                        {{"Caption", QStringLiteral("&Look %1||shape %2").arg(style).arg(shape)},
-                         {"BackStyle", style},
-                         {"Shape", shape},
-                         {"Image",
-                          shape >= 7 ? QVariant(cut)
-                                     : QVariant(QStringLiteral("cmd-%1").arg(style + 3, 2, 10, QChar(u'0')))},
-                         {"cBack", RGB(236, 240, 248)},
-                         {"cBhover", RGB(255, 231, 162)},
-                         {"cGradient", RGB(150, 190, 240)},
-                         {"Gradient", style % 2 ? 1 + style / 2 : 0},
-                         {"Mode", state == 3 ? 1 : 0},
-                         {"Value", state == 3}});
+                    const QVariant image =
+                        shape >= 7 ? QVariant(cut)
+                                   : QVariant(QStringLiteral("cmd-%1").arg(style + 3, 2, 10, QChar(u'0')));
+                    // clang-format off
+                    b->ReadProperties({
+                        {"Caption", QStringLiteral("&Look %1||shape %2").arg(style).arg(shape)},
+                        {"Shape", shape}, {"BackStyle", style}, {"Image", image}, {"Value", state == 3},
+                        {"cBack", RGB(236, 240, 248)}, {"cBhover", RGB(255, 231, 162)},
+                        {"cGradient", RGB(150, 190, 240)}, {"Gradient", style % 2 ? 1 + style / 2 : 0},
+                        {"Mode", state == 3 ? 1 : 0}});
+                    // clang-format on
                     if (shape < 7)
                         b->setFixedSize(cellW - 8, cellH - 8);
                     QCursor::setPos(state == 1 ? b->mapToGlobal(b->rect().center()) : QPoint(5000, 5000));
