@@ -1,9 +1,9 @@
-// Where the program keeps its files in each layout (a build or portable folder, an
-// installed program), where it finds its companion programs, and that a whole-file
-// write that fails leaves the old file as it was.
+// Where the program keeps its files and finds its companions in each layout, and that a
+// whole-file write that fails leaves the old file as it was.
 
 #include "core/AppFolder.h"
 #include "core/SafeFile.h"
+#include "support/OutsideFixtures.h"
 #include "support/TestImages.h"
 
 #include <QDir>
@@ -28,30 +28,14 @@ void makeInstall(const QString& prefix)
 }
 
 // The test harness names a home and a data folder; these tests need the plain start.
-class PlainStart {
-public:
+struct PlainStart {
     explicit PlainStart(const QString& base)
-        : m_home(qgetenv("VELUNTA_HOME")), m_data(qgetenv("VELUNTA_DATA")),
-          m_companions(qgetenv("VELUNTA_COMPANIONS")), m_xdgData(qgetenv("XDG_DATA_HOME")),
-          m_xdgState(qgetenv("XDG_STATE_HOME"))
+        : data("XDG_DATA_HOME", (base + QStringLiteral("/data")).toUtf8()),
+          state("XDG_STATE_HOME", (base + QStringLiteral("/state")).toUtf8())
     {
-        qunsetenv("VELUNTA_HOME");
-        qunsetenv("VELUNTA_DATA");
-        qunsetenv("VELUNTA_COMPANIONS");
-        qputenv("XDG_DATA_HOME", (base + QStringLiteral("/data")).toUtf8());
-        qputenv("XDG_STATE_HOME", (base + QStringLiteral("/state")).toUtf8());
     }
-    ~PlainStart()
-    {
-        qputenv("VELUNTA_HOME", m_home);
-        qputenv("VELUNTA_DATA", m_data);
-        qputenv("VELUNTA_COMPANIONS", m_companions);
-        qputenv("XDG_DATA_HOME", m_xdgData);
-        qputenv("XDG_STATE_HOME", m_xdgState);
-    }
-
-private:
-    QByteArray m_home, m_data, m_companions, m_xdgData, m_xdgState;
+    EnvScope home{"VELUNTA_HOME", {}}, shipped{"VELUNTA_DATA", {}}, built{"VELUNTA_COMPANIONS", {}}, data,
+        state;
 };
 
 } // namespace

@@ -1,12 +1,10 @@
-// The program's number rules and its packed colours.
+// The program's number rules.
 
-#include "core/Color.h"
 #include "core/Numbers.h"
 
 #include <QtTest>
 
 #include <cmath>
-#include <limits>
 
 using namespace velunta;
 
@@ -96,8 +94,6 @@ private Q_SLOTS:
         QCOMPARE(Val(text), expected);
     }
 
-    void trim() { QCOMPARE(Trim("  50 pixel  "), QStringLiteral("50 pixel")); }
-
     void numberText_data()
     {
         QTest::addColumn<double>("value");
@@ -112,19 +108,6 @@ private Q_SLOTS:
         QFETCH(double, value);
         QFETCH(QString, expected);
         QCOMPARE(NumberText(value), expected);
-    }
-
-    void colours()
-    {
-        for (const auto& [color, qrgb] :
-             {std::pair{RGB(255, 0, 0), qRgb(255, 0, 0)}, {RGB(1, 2, 3), qRgb(1, 2, 3)}}) {
-            QCOMPARE(ToQRgb(color), qrgb);
-            QCOMPARE(FromQRgb(qrgb), color);
-            QCOMPARE(FromQColor(ToQColor(color)), color);
-            QCOMPARE(QList<int>({ColorRed(color), ColorGreen(color), ColorBlue(color)}),
-                     QList<int>({qRed(qrgb), qGreen(qrgb), qBlue(qrgb)}));
-        }
-        QCOMPARE(FromQColor(ToQColor(kNoColor)), kNoColor);
     }
 
     void randomIsReproducibleAndInRange()

@@ -1,6 +1,5 @@
-// Undo steps keep only what changed, and still give back the exact bytes: after every
-// tool and whole-picture command, with four steps in the ring, for a step of one tile,
-// of every tile, and for strokes across tile borders.
+// The undo ring (round-robin writes, the fixed 1, 2, 3, 4 order of Undo, the flags that
+// skip a recording), and steps that keep only what changed yet give back the exact bytes.
 
 #include "document/ImageCommand.h"
 #include "document/PaintArea.h"
@@ -51,11 +50,84 @@ void walkRing(UndoState& undo, Document& doc, const std::map<int, QImage>& expec
     }
 }
 
+Document pictureOf(int w, int h, Color c)
+{
+    Document doc;
+    doc.CreatePicture(w + 2, h + 2, c);
+    return doc;
+}
+
+void paint(Document& doc, Color c)
+{
+    doc.Buffer.BackColor = c;
+    doc.Buffer.Cls();
+}
+
 } // namespace
 
 class tst_UndoStore : public QObject {
     Q_OBJECT
 private Q_SLOTS:
+    void fifthRecordOverwritesSlotOneAndUndoWalksInFixedOrder()
+    {
+        Document doc = pictureOf(4, 3, 0);
+        UndoState undo;
+        for (int i = 1; i <= 5; ++i) {
+            paint(doc, RGB(i, 0, 0));
+            PrepUndo(undo, doc);
+        }
+        QCOMPARE(undo.UndoWriteSlot, 1);
+        QCOMPARE(FilledUndoSlots(doc), 4);
+        // 1, 2, 3, 4 and round, whatever slot was written last.
+        for (int expected : {1, 2, 3, 4, 1}) {
+            QCOMPARE(UndoStep(undo, doc, {}), expected);
+            QCOMPARE(GetPixel(doc.Buffer, 1, 1), RGB(expected == 1 ? 5 : expected, 0, 0));
+            QVERIFY(undo.UndoSuppressed);
+        }
+    }
+
+    void flagsSkipRecording()
+    {
+        Document doc = pictureOf(4, 3, 0);
+        UndoState undo;
+        undo.CancelRequested = true;
+        undo.UndoSuppressed = true;
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 0);
+        QVERIFY(!undo.CancelRequested);
+        undo.UndoSuppressed = false;
+        undo.UndoDisabled = true;
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 0);
+        undo.UndoDisabled = false;
+        PrepUndo(undo, doc);
+        QCOMPARE(undo.UndoWriteSlot, 1);
+    }
+
+    void emptyRingOfAPictureNeverSavedChangesNothing()
+    {
+        Document doc = pictureOf(4, 3, RGB(9, 9, 9));
+        UndoState undo;
+        int reverts = 0;
+        UndoStep(undo, doc, [&] { ++reverts; });
+        QCOMPARE(reverts, 0); // never saved: nothing to reload
+        QCOMPARE(undo.UndoCursor, 1);
+        QCOMPARE(GetPixel(doc.Buffer, 0, 0), RGB(9, 9, 9)); // the empty slot copies nothing
+    }
+
+    void slotOfAnotherSizeShowsClipped()
+    {
+        Document doc = pictureOf(4, 4, RGB(1, 1, 1));
+        UndoState undo;
+        PrepUndo(undo, doc);
+        doc.Buffer.BackColor = RGB(2, 2, 2);
+        doc.Buffer.setSize(8, 8); // a 6 x 6 picture now
+        doc.Buffer.Cls();
+        UndoStep(undo, doc, {});
+        QCOMPARE(GetPixel(doc.Buffer, 3, 3), RGB(1, 1, 1));
+        QCOMPARE(GetPixel(doc.Buffer, 5, 5), RGB(2, 2, 2)); // old pixels at the rim
+    }
+
     void undoAfterEveryToolGivesBackExactBytes_data()
     {
         QTest::addColumn<int>("tool");
@@ -112,55 +184,35 @@ private Q_SLOTS:
     void wholePictureCommandsGiveBackExactBytes_data()
     {
         QTest::addColumn<int>("command");
-        QTest::newRow("greyscale") << 0;
-        QTest::newRow("brighter") << 1;
-        QTest::newRow("darker") << 2;
-        QTest::newRow("inverted by the runner") << 3;
-        QTest::newRow("half the picture") << 4;
+        int i = 0;
+        for (const char* name :
+             {"greyscale", "brighter", "darker", "inverted by the runner", "half the picture"})
+            QTest::newRow(name) << i++;
     }
     void wholePictureCommandsGiveBackExactBytes()
     {
         QFETCH(int, command);
         MainWindowFixture f;
         frmMain& m = f.main();
-        frmPaint* form = f.newDocument(300, 200);
-        Document& doc = form->doc;
+        Document& doc = f.newDocument(300, 200)->doc;
         doc.Buffer.setImage(MakeImage(300, 200, lineArt));
+        const auto invert = [&](int w) {
+            RunImageCommand(m, {.name = "invert"}, [w](ImageCommand& c) {
+                BitBlt(c.target(), 0, 0, w, 200, c.target(), 0, 0, kInvert);
+                return true;
+            });
+        };
+        const std::function<void()> commands[] = {
+            [&] { m.mnugrayscale_Click(); }, [&] { m.mnuDoBright_Click(); }, [&] { m.mnuDoDark_Click(); },
+            [&] { invert(300); }, [&] { invert(150); }};
         std::map<int, QImage> expected;
-        auto step = [&](const std::function<void()>& action) {
+        for (int i = 0; i < 4; ++i) {
             const QImage before = doc.Buffer.Image().copy();
             const int slot = m.undo().UndoWriteSlot;
-            action();
+            commands[command]();
             if (m.undo().UndoWriteSlot != slot)
                 expected[m.undo().UndoWriteSlot] = before;
-        };
-        auto run = [&] {
-            switch (command) {
-            case 0:
-                m.mnugrayscale_Click();
-                break;
-            case 1:
-                m.mnuDoBright_Click();
-                break;
-            case 2:
-                m.mnuDoDark_Click();
-                break;
-            case 3:
-                RunImageCommand(m, {.name = "invert"}, [](ImageCommand& c) {
-                    BitBlt(c.target(), 0, 0, c.target().ScaleWidth(), c.target().ScaleHeight(), c.target(), 0,
-                           0, kInvert);
-                    return true;
-                });
-                break;
-            default:
-                RunImageCommand(m, {.name = "half"}, [](ImageCommand& c) {
-                    BitBlt(c.target(), 0, 0, 150, 200, c.target(), 0, 0, kInvert);
-                    return true;
-                });
-            }
-        };
-        for (int i = 0; i < 4; ++i)
-            step(run);
+        }
         for (int i = 1; i <= 4; ++i) {
             m.Undo_Click();
             QCOMPARE(DifferingPixels(doc.Buffer.Image(), expected.at(i)), 0);
@@ -330,13 +382,13 @@ private Q_SLOTS:
             b.mouse({{100.0 + 700 * i, 300}, {180.0 + 700 * i, 420}});
         std::vector<UndoSnapshotPtr> held(b.doc.UndoSlots.begin(), b.doc.UndoSlots.end());
         const double picture = double(b.doc.Buffer.Image().sizeInBytes());
-        // What the ring keeps beyond the picture and the picture as it was before the
-        // first stroke, which it shares with the file's layer.
-        std::size_t beyondBase = 0;
         for (const UndoSnapshotPtr& s : held)
             QVERIFY(s && s->base.size() == b.doc.Buffer.Image().size());
+        // What the ring keeps beyond the picture and the picture as it was before the
+        // first stroke, which it shares with the file's layer.
         held.push_back(std::make_shared<UndoSnapshot>(UndoSnapshot{held[0]->base, 0, 0, {}}));
-        beyondBase = UndoStore::heldBytes(held, b.doc.Buffer) - std::size_t(held[0]->base.sizeInBytes());
+        const std::size_t beyondBase =
+            UndoStore::heldBytes(held, b.doc.Buffer) - std::size_t(held[0]->base.sizeInBytes());
         QVERIFY2(beyondBase < picture / 20, qPrintable(QString::number(beyondBase / picture)));
     }
 };

@@ -1,10 +1,9 @@
-// The recovery files and their sessions without a window: the file gives back the very
-// bytes, a damaged one is no recovery file, a running session is never touched, and the
-// writer copies only after a change, in slices, and follows a picture that changes size.
+// The recovery files and their sessions without a window.
 
 #include "files/RecoveryFile.h"
 #include "files/RecoveryStore.h"
 #include "files/RecoveryWriter.h"
+#include "support/TestImages.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,30 +12,9 @@
 #include <QtTest>
 
 using namespace velunta;
+using namespace velunta::test;
 
 namespace {
-
-// Noise, so a row copied to the wrong place shows.
-QImage noise(int w, int h, quint32 seed)
-{
-    QImage image(w, h, QImage::Format_RGB32);
-    for (int y = 0; y < h; ++y) {
-        auto* line = reinterpret_cast<QRgb*>(image.scanLine(y));
-        for (int x = 0; x < w; ++x) {
-            seed = seed * 1664525u + 1013904223u;
-            line[x] = 0xFF000000u | (seed >> 8);
-        }
-    }
-    return image;
-}
-
-QByteArray pixelBytes(const QImage& image)
-{
-    QByteArray bytes;
-    for (int y = 0; y < image.height(); ++y)
-        bytes.append(reinterpret_cast<const char*>(image.constScanLine(y)), image.width() * 4);
-    return bytes;
-}
 
 bool runRound(RecoveryWriter& writer)
 {
@@ -67,12 +45,12 @@ private Q_SLOTS:
         QFETCH(QString, path);
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("p.vrec"));
-        const QImage picture = noise(size.width(), size.height(), 7);
+        const QImage picture = Pattern(size.width(), size.height(), 7);
         const QDateTime when = QDateTime::fromMSecsSinceEpoch(1700000000123);
         QVERIFY(WriteRecoveryFile(file, {name, path, when, size}, picture));
         RecoveryHeader header;
         const QImage back = ReadRecoveryPicture(file, &header);
-        QCOMPARE(pixelBytes(back), pixelBytes(picture));
+        QCOMPARE(DifferingPixels(back, picture), 0);
         QCOMPARE(header.name, name);
         QCOMPARE(header.path, path);
         QCOMPARE(header.written, when);
@@ -97,17 +75,13 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString file = dir.filePath(QStringLiteral("p.vrec"));
         QVERIFY(WriteRecoveryFile(
-            file, {QStringLiteral("a"), QString(), QDateTime::currentDateTime(), {4, 4}}, noise(4, 4, 1)));
-        QFile f(file);
-        QVERIFY(f.open(QIODevice::ReadWrite));
-        QByteArray bytes = f.readAll();
+            file, {QStringLiteral("a"), QString(), QDateTime::currentDateTime(), {4, 4}}, Pattern(4, 4, 1)));
+        QByteArray bytes = ReadFile(file);
         bytes.chop(cut);
         bytes += added;
         if (byte >= 0)
             bytes[byte] = 'Z';
-        f.resize(0);
-        f.write(bytes);
-        f.close();
+        QVERIFY(WriteFile(file, bytes));
         QVERIFY(!ReadRecoveryHeader(file, nullptr));
         QVERIFY(ReadRecoveryPicture(file).isNull());
     }
@@ -119,7 +93,7 @@ private Q_SLOTS:
         QVERIFY(running.open());
         QVERIFY(WriteRecoveryFile(running.fileOf(1),
                                   {QStringLiteral("a"), QString(), QDateTime::currentDateTime(), {2, 2}},
-                                  noise(2, 2, 3)));
+                                  Pattern(2, 2, 3)));
         RecoveryStore second(dir.path());
         QVERIFY(second.open());
         QVERIFY(second.claimFound().isEmpty());
@@ -148,7 +122,7 @@ private Q_SLOTS:
         QTemporaryDir dir;
         RecoveryStore store(dir.path());
         QVERIFY(store.open());
-        QImage picture = noise(20, 10, 5);
+        QImage picture = Pattern(20, 10, 5);
         bool dirty = true;
         RecoveryWriter writer(store, [&] {
             return QList<RecoverySource>{{1, &picture, dirty, QStringLiteral("n"), QString()}};
@@ -161,7 +135,7 @@ private Q_SLOTS:
         QVERIFY(runRound(writer));
         QCOMPARE(writer.writesDone(), 2);
         const QString file = store.fileOf(writer.serialOf(1));
-        QCOMPARE(pixelBytes(ReadRecoveryPicture(file)), pixelBytes(picture));
+        QCOMPARE(DifferingPixels(ReadRecoveryPicture(file), picture), 0);
         dirty = false; // saved
         writer.sweep();
         QVERIFY(!QFile::exists(file));
@@ -173,19 +147,18 @@ private Q_SLOTS:
         RecoveryStore store(dir.path());
         QVERIFY(store.open());
         // Rows of 16 KB: a slice without time copies a few of them and hands over.
-        QImage picture = noise(4096, 64, 9);
+        QImage picture = Pattern(4096, 64, 9);
         int asked = 0;
         RecoveryWriter writer(store, [&] {
             if (++asked == 3)
-                picture = noise(4096, 80, 11);
+                picture = Pattern(4096, 80, 11);
             return QList<RecoverySource>{{1, &picture, true, QStringLiteral("n"), QString()}};
         });
         writer.setSliceBudget(0);
         QVERIFY(runRound(writer));
         QVERIFY(asked > 3);
         const QImage back = ReadRecoveryPicture(store.fileOf(writer.serialOf(1)));
-        QCOMPARE(back.size(), QSize(4096, 80));
-        QCOMPARE(pixelBytes(back), pixelBytes(picture));
+        QCOMPARE(DifferingPixels(back, picture), 0);
     }
 };
 

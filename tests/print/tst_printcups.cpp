@@ -5,6 +5,7 @@
 
 #include "print/frmPrint.h"
 #include "support/FakeServices.h"
+#include "support/OutsideTools.h"
 #include "support/TestImages.h"
 
 #include <QComboBox>
@@ -25,13 +26,6 @@ class tst_printcups : public QObject {
     QProcess m_cupsd;
     QString m_skip;
     QString m_out;
-
-    bool run(const QString& program, const QStringList& args)
-    {
-        QProcess p;
-        p.start(program, args);
-        return p.waitForFinished(20000) && p.exitCode() == 0;
-    }
 
     // The scheduler, its socket and the queue "velunta-test"; a reason when that failed.
     QString startScheduler()
@@ -82,7 +76,7 @@ class tst_printcups : public QObject {
         // Qt's CUPS support asks the scheduler named here, from its first question on.
         qputenv("CUPS_SERVER", socket.toLocal8Bit());
         m_out = d + "/out/printed.pdf";
-        if (!run(lpadmin, {"-p", "velunta-test", "-E", "-v", "save:" + m_out}))
+        if (RunTool(lpadmin, {"-p", "velunta-test", "-E", "-v", "save:" + m_out}).isNull())
             return QStringLiteral("the test queue could not be made");
         return {};
     }
@@ -117,9 +111,9 @@ private Q_SLOTS:
         QVERIFY(prompt.shown.isEmpty());
         QTRY_VERIFY_WITH_TIMEOUT(QFileInfo(m_out).size() > 0, 20000);
         QTest::qWait(300); // the device writes the file in one go; let it close
-        QProcess p;
-        p.start(QStringLiteral("pdftoppm"), {"-r", "72", "-png", "-singlefile", m_out, m_out.chopped(4)});
-        QVERIFY(p.waitForFinished(30000) && p.exitCode() == 0);
+        QVERIFY(
+            !RunTool(QStringLiteral("pdftoppm"), {"-r", "72", "-png", "-singlefile", m_out, m_out.chopped(4)})
+                 .isNull());
         const QImage page = QImage(m_out.chopped(4) + ".png").convertToFormat(QImage::Format_RGB32);
         QCOMPARE(page.size(), QSize(842, 595)); // A4, landscape
         // 120 x 60 pixels are 90 x 45 points, half an inch from the left, an inch down.
